@@ -1,0 +1,53 @@
+// Attesa: waiting on the clock of the day without burning a processor.
+#include "core/attesa.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+
+#include "platform/clock.h"
+#include "platform/dialogs.h"
+#include "platform/locale.h"
+#include "platform/trace.h"
+
+namespace tellaxis {
+
+namespace {
+
+/// The longest sleep between two looks at the clock, so that a clock set anew is noticed; and the shortest.
+constexpr double longestSleep = 50;
+constexpr double shortestSleep = 1;
+
+/// The window is served this often, in milliseconds.
+constexpr double yieldingSleep = 10;
+
+}  // namespace
+
+void Attesa(platform::Host& host, std::int16_t hundredths, bool noYield) {
+  const double start = host.clock.secondsSinceMidnight() * 100;
+  const double end = start + hundredths;
+  for (;;) {
+    // Single precision, as the clock has always been read here: it can end a wait up to half a hundredth early late in
+    // the day.
+    const auto now = static_cast<float>(host.clock.secondsSinceMidnight() * 100);
+    if (!(static_cast<double>(now) < end)) return;
+    if (!noYield) host.dialogs.processEvents();
+    const double milliseconds =
+        std::clamp((end - static_cast<double>(now)) * 10, shortestSleep, noYield ? longestSleep : yieldingSleep);
+    host.clock.sleep(std::chrono::milliseconds(static_cast<std::int64_t>(std::ceil(milliseconds))));
+  }
+}
+
+void Attesa(platform::Host& host, const Value& hundredths, bool noYield) {
+  const auto& regional = host.locale.regional();
+  if (const auto number = integerFrom(hundredths, regional))
+    Attesa(host, *number, noYield);
+  else
+    host.trace.failed("Attesa", textOf(hundredths, regional), "non \xE8 un numero di centesimi");
+}
+
+void PausaCicli(std::int16_t count) {
+  for (volatile int i = 1; i <= count;) i = i + 1;
+}
+
+}  // namespace tellaxis

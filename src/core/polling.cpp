@@ -1,0 +1,144 @@
+// Polling: the tick and the job router.
+#include "core/polling.h"
+
+#include <array>
+#include <cstdint>
+#include <limits>
+
+#include "core/ini.h"
+#include "core/step_failed.h"
+#include "platform/files.h"
+#include "platform/locale.h"
+#include "platform/trace.h"
+
+namespace tellaxis {
+
+namespace {
+
+struct RoutedKind {
+  std::string_view kind;
+  std::string_view gateKey;
+  void (Devices::*run)(std::string_view jobFile);
+};
+
+constexpr RoutedKind routedKinds[] = {
+    {"MF", "MF_Vuoto", &Devices::MF_Invia},
+    {"RF", "RF_Vuoto", nullptr},
+    {"CR", "Cort_Vuoto", &Devices::Cort_StampaFile},
+};
+
+const RoutedKind* findKind(std::string_view kind) {
+  for (const RoutedKind& row : routedKinds)
+    if (row.kind == kind) return &row;
+  return nullptr;
+}
+
+/// The jobs of one pass: room for 101 paths, and a 16-bit count that goes on counting the files that found no room.
+class JobList {
+ public:
+  void add(std::string path) {
+    if (count_ < capacity) jobs_.at(static_cast<std::size_t>(count_)) = std::move(path);
+    if (count_ < std::numeric_limits<std::int16_t>::max()) ++count_;
+  }
+
+  std::int16_t count() const { return std::min<std::int16_t>(count_, capacity); }
+  std::string& at(std::int16_t index) { return jobs_.at(static_cast<std::size_t>(index)); }
+
+ private:
+  static constexpr std::int16_t capacity = 101;
+  std::array<std::string, capacity> jobs_;
+  std::int16_t count_ = 0;
+};
+
+void createIfMissing(platform::Files& files, const std::string& folder) {
+  if (!files.folderExists(folder)) files.createFolder(folder);
+}
+
+void endWithBackslash(std::string& folder) {
+  if (!folder.ends_with('\\')) folder += '\\';
+}
+
+JobList moveAll(platform::Files& files, const std::string& dropFolder, const std::string& workFolder) {
+  JobList jobs;
+  for (const std::string& name : files.list(dropFolder).value_or(std::vector<std::string>())) {
+    const std::string workFile = workFolder + name;
+    jobs.add(workFile);
+    if (files.exists(workFile)) files.remove(workFile);
+    files.move(dropFolder + name, workFile);
+  }
+  return jobs;
+}
+
+bool gateIsOpen(Bridge& bridge, std::string_view gateKey) {
+  const Value gate = LeggiImpostazione(bridge.host, gateKey, yes, bridge.settings.settingsFile);
+  return truthFrom(gate, bridge.host.locale.regional()).value_or(true);
+}
+
+}  // namespace
+
+void SmistaFile(Bridge& bridge, Devices& devices, std::string& dropFolder, std::string_view settingsFile,
+                std::string& workFolder, std::string_view kind) {
+  platform::Files& files = bridge.host.files;
+  createIfMissing(files, dropFolder);
+  createIfMissing(files, workFolder);
+  endWithBackslash(dropFolder);
+  endWithBackslash(workFolder);
+
+  JobList jobs = moveAll(files, dropFolder, workFolder);
+  const RoutedKind* routed = findKind(kind);
+  for (std::int16_t i = 0; i < jobs.count(); ++i) {
+    if (routed != nullptr && routed->run != nullptr) (devices.*routed->run)(jobs.at(i));
+    files.remove(jobs.at(i));
+    jobs.at(i).clear();
+  }
+  if (routed != nullptr) ScriviImpostazione(bridge.host, routed->gateKey, yes, settingsFile);
+}
+
+void Polling::Timer1_Timer() {
+  if (ticking_) return;
+  ticking_ = true;
+  pollDisplay();
+  pollFiscalPrinter();
+  pollSlipPrinter();
+  pollCourtesyPrinter();
+  ticking_ = false;
+}
+
+void Polling::pollDisplay() {
+  const Settings& settings = bridge_.settings;
+  if (!settings.Display_Active || settings.Display_File.empty()) return;
+  if (bridge_.host.files.exists(settings.Display_File)) devices_.LanciaFileDisplay();
+}
+
+void Polling::pollFiscalPrinter() {
+  const Settings& settings = bridge_.settings;
+  if (!settings.MF_Active || !gateIsOpen(bridge_, "MF_Vuoto") || settings.MF_File.empty()) return;
+  platform::Files& files = bridge_.host.files;
+  if (!settings.MF_File_Output.empty() && files.exists(settings.MF_File_Output)) files.remove(settings.MF_File_Output);
+  std::string dropFolder = settings.mainFolder + "\\Orbis";
+  std::string workFolder = settings.mainFolder + "\\IN";
+  SmistaFile(bridge_, devices_, dropFolder, settings.settingsFile, workFolder, "MF");
+  ScriviImpostazione(bridge_.host, "MF_Vuoto", yes, settings.settingsFile);
+}
+
+void Polling::pollSlipPrinter() {
+  const Settings& settings = bridge_.settings;
+  if (!settings.RF_Active || !bridge_.host.files.exists(settings.RF_File)) return;
+  if (settings.RF_Stampante.empty() || !isGreaterThanZero(settings.RF_Seriale, bridge_.host.locale.regional())) return;
+  try {
+    devices_.LanciaFileRF();
+  } catch (const StepFailed& failure) {
+    bridge_.host.trace.failed("LanciaFileRF", settings.RF_File, failure.what());
+  }
+}
+
+void Polling::pollCourtesyPrinter() {
+  const Settings& settings = bridge_.settings;
+  if (!settings.Cort_Active || !gateIsOpen(bridge_, "Cort_Vuoto")) return;
+  std::string dropFolder = settings.mainFolder + "\\CortOrbis";
+  std::string workFolder = settings.mainFolder + "\\CortIN";
+  SmistaFile(bridge_, devices_, dropFolder, settings.settingsFile, workFolder, "CR");
+  ScriviImpostazione(bridge_.host, "Cort_Vuoto", yes, settings.settingsFile);
+}
+
+}  // namespace tellaxis

@@ -1,0 +1,42 @@
+// Polling: one pass over all devices every 500 ms, and the router from drop folders to devices.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "core/bridge.h"
+#include "core/devices.h"
+
+namespace tellaxis {
+
+/// Time between two ticks, in milliseconds.
+inline constexpr int usualPollingInterval = 500;
+
+/// Moves every waiting file of `dropFolder` into `workFolder`, then runs and deletes them in listing order. `kind` is
+/// "MF", "CR" or "RF"; of another kind files are moved and deleted, but nothing is run. The folder arguments come back
+/// with a trailing backslash. At most 101 jobs run in one pass; files beyond them are moved and stay in the work folder
+/// until the next start.
+void SmistaFile(Bridge& bridge, Devices& devices, std::string& dropFolder, std::string_view settingsFile,
+                std::string& workFolder, std::string_view kind);
+
+/// The polling timer's handler.
+class Polling {
+ public:
+  Polling(Bridge& bridge, Devices& devices) : bridge_(bridge), devices_(devices) {}
+
+  /// One pass: display, fiscal printer, slip printer, courtesy printer. A tick that comes while one is under way, as a
+  /// message box may let it, does nothing.
+  void Timer1_Timer();
+
+ private:
+  void pollDisplay();
+  void pollFiscalPrinter();
+  void pollSlipPrinter();
+  void pollCourtesyPrinter();
+
+  Bridge& bridge_;
+  Devices& devices_;
+  bool ticking_ = false;
+};
+
+}  // namespace tellaxis

@@ -1,0 +1,94 @@
+// Invia: the hand-overs to driver input files, driver programs and the FPMate folder.
+#include "fiscal/invia.h"
+
+#include <cstdint>
+#include <string>
+
+#include "core/attesa.h"
+#include "core/values.h"
+#include "fiscal/buffer.h"
+#include "fiscal/log.h"
+#include "fiscal/models.h"
+#include "platform/files.h"
+#include "platform/locale.h"
+#include "platform/processes.h"
+
+namespace tellaxis {
+
+namespace {
+
+constexpr std::string_view fiscalLog = "c:\\Tellaxis\\MF.log";
+
+/// A job of this name is handed over without the pause before it.
+constexpr std::string_view withoutPause = "DLY_ZIP.TXT";
+
+constexpr std::int16_t busyAttempts = 5;
+constexpr std::int16_t answerAttempts = 101;
+
+void log(Bridge& bridge, std::string_view message) {
+  if (bridge.settings.MF_ChkLog) ScriviLog(bridge.host, fiscalLog, message);
+}
+
+void wait(Bridge& bridge) { Attesa(bridge.host, bridge.settings.MF_Ritardo, true); }
+
+void handToInputFile(Bridge& bridge, std::string_view jobFile) {
+  const Settings& settings = bridge.settings;
+  platform::Files& files = bridge.host.files;
+  for (std::int16_t attempts = 0; files.exists(settings.MF_File); ++attempts) {
+    if (attempts > busyAttempts) {
+      log(bridge, "Invio file annullato: " + std::string(jobFile));
+      return;
+    }
+    log(bridge, "Loop in attesa di liberare " + settings.MF_File);
+    wait(bridge);
+  }
+  log(bridge, "Invio file: " + std::string(jobFile));
+  if (!jobFile.ends_with(withoutPause)) wait(bridge);
+  files.copy(jobFile, settings.MF_File);
+}
+
+void handToFpMateFolder(Bridge& bridge) {
+  const Settings& settings = bridge.settings;
+  const std::string folder = settings.pointOfSaleFolder + "\\Epson";
+  constexpr std::string_view name = "Scontr.xml";
+  if (truthFrom(settings.MF_Buffer, bridge.host.locale.regional()).value_or(false)) {
+    MF_SvuotaBuffer(bridge, folder, name);
+    return;
+  }
+  bridge.host.files.copy(settings.MF_File, folder + "\\" + std::string(name));
+  bridge.host.files.remove(settings.MF_File);
+}
+
+void handToProgram(Bridge& bridge, std::string_view jobFile) {
+  const Settings& settings = bridge.settings;
+  platform::Files& files = bridge.host.files;
+  files.copy(jobFile, settings.MF_File);
+  bridge.host.processes.start(settings.MF_Driver, platform::WindowStyle::minimisedWithoutFocus);
+
+  const std::string& answer = settings.MF_File_Output;
+  std::int16_t attempts = 0;
+  wait(bridge);
+  while (!files.exists(answer) && attempts < answerAttempts) {
+    ++attempts;
+    wait(bridge);
+  }
+  if (!files.exists(answer) && attempts >= answerAttempts) {
+    files.remove(settings.MF_File);
+    log(bridge, "File scontrino: " + std::string(jobFile) + " - non ha generato file di output " + answer);
+  } else if (files.exists(answer)) {
+    files.remove(answer);
+  }
+}
+
+}  // namespace
+
+void MF_Invia(Bridge& bridge, std::string_view jobFile) {
+  switch (handOverOf(bridge.settings.MF_Prot)) {
+    case HandOver::inputFile: return handToInputFile(bridge, jobFile);
+    case HandOver::fpMateFolder: return handToFpMateFolder(bridge);
+    case HandOver::program: return handToProgram(bridge, jobFile);
+    case HandOver::none: return;
+  }
+}
+
+}  // namespace tellaxis

@@ -1,0 +1,67 @@
+// Files: the file system as the rules see it, with Windows paths in code page 1252.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tellaxis::platform {
+
+/// A file open for reading from its first byte on; closed when destroyed.
+class InputFile {
+ public:
+  virtual ~InputFile() = default;
+
+  /// Fills `buffer` from the file and returns how many bytes it got: 0 at the end of the file, nothing on a failure.
+  virtual std::optional<std::size_t> read(std::span<char> buffer) = 0;
+};
+
+/// Paths are formed by plain concatenation ("C:\MERIDIA" and "\_Local.ini"). Names match as the computer's file system
+/// matches them on Windows: without regard to case. A folder is never a file here, and hidden files are not seen.
+class Files {
+ public:
+  virtual ~Files() = default;
+
+  /// True when a file of this path exists. An empty path and a folder are no file.
+  virtual bool exists(std::string_view path) = 0;
+
+  /// The bare name, spelled as the folder holds it, of the file at `path`; nothing when there is none.
+  virtual std::optional<std::string> lookUp(std::string_view path) = 0;
+
+  virtual bool folderExists(std::string_view path) = 0;
+
+  /// Creates one folder; its parent must exist.
+  virtual bool createFolder(std::string_view path) = 0;
+
+  /// The bare names of the files of `folder` (not its sub-folders), sorted by name without regard to case; nothing when
+  /// the folder cannot be read.
+  virtual std::optional<std::vector<std::string>> list(std::string_view folder) = 0;
+
+  /// Copies a file over `to`, whole or not at all: a reader of `to` never meets a half-written file.
+  virtual bool copy(std::string_view from, std::string_view to) = 0;
+
+  /// Renames `from`, which must not be held by a writer, to `to`, which must not exist.
+  virtual bool move(std::string_view from, std::string_view to) = 0;
+
+  /// Deletes one file. A missing file is a failure.
+  virtual bool remove(std::string_view path) = 0;
+
+  /// Deletes every file of `folder`; sub-folders stay, and a link is removed itself, never what it points to. False
+  /// when a file was left.
+  virtual bool removeAll(std::string_view folder) = 0;
+
+  /// Opens a file for reading; null on a failure.
+  virtual std::unique_ptr<InputFile> openInput(std::string_view path) = 0;
+
+  /// Appends `text` to a file, creating it where it is missing (its folder must exist), and closes it.
+  virtual bool append(std::string_view path, std::string_view text) = 0;
+
+  /// Creates or replaces a file holding `text`, readable by its owner alone when `ownerOnly`.
+  virtual bool create(std::string_view path, std::string_view text, bool ownerOnly) = 0;
+};
+
+}  // namespace tellaxis::platform

@@ -1,0 +1,36 @@
+// Resident: what a program that stays needs of the computer: one copy a folder, and the wish to stop.
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace tellaxis::platform {
+
+/// Native path of the folder that holds this program, without a trailing separator.
+std::string programFolder();
+
+/// Held as long as this copy of the program serves a main folder.
+class InstanceLock {
+ public:
+  virtual ~InstanceLock() = default;
+};
+
+/// The lock of `mainFolder`, or null when another copy holds it. A copy that died without a word holds nothing.
+std::unique_ptr<InstanceLock> lockMainFolder(std::string_view mainFolder);
+
+/// Requests to end: SIGINT and SIGTERM, Ctrl-C, the console's close. From construction on they only set a mark;
+/// a second one ends the program at once.
+class StopRequest {
+ public:
+  StopRequest();
+  ~StopRequest();
+  StopRequest(const StopRequest&) = delete;
+  StopRequest& operator=(const StopRequest&) = delete;
+
+  /// Waits up to `duration` and returns true as soon as somebody asked to stop.
+  bool waitFor(std::chrono::milliseconds duration);
+};
+
+}  // namespace tellaxis::platform

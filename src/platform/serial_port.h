@@ -1,0 +1,65 @@
+// Serial ports: COM lines opened by number, written to, and closed.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+namespace tellaxis::platform {
+
+enum class Parity : std::uint8_t { none, odd, even, mark, space };
+enum class StopBits : std::uint8_t { one, onePointFive, two };
+
+/// The line's speed and framing.
+struct LineSettings {
+  int baud = 9600;  ///< bits a second
+  Parity parity = Parity::none;
+  int dataBits = 8;
+  StopBits stopBits = StopBits::one;
+
+  bool operator==(const LineSettings&) const = default;
+};
+
+/// Sizes that the driver is asked for, in bytes, and the counts of bytes at which it would raise an event (0: never).
+struct LineBuffers {
+  int input = 1024;
+  int output = 512;
+  int receiveThreshold = 0;
+  int sendThreshold = 0;
+
+  bool operator==(const LineBuffers&) const = default;
+};
+
+/// One serial line. Destroying an open line closes it.
+class SerialPort {
+ public:
+  virtual ~SerialPort() = default;
+
+  /// Opens COM `number` with these settings. An open line, a missing or busy device, and settings that the device
+  /// refuses are failures.
+  virtual bool open(int number, const LineSettings& settings, const LineBuffers& buffers) = 0;
+
+  virtual bool isOpen() const = 0;
+
+  /// Changes the settings of an open line.
+  virtual bool configure(const LineSettings& settings) = 0;
+
+  /// Writes all bytes and returns when the device has them. A device that takes none for 2 s is a failure; so is a line
+  /// that is not open.
+  virtual bool write(std::string_view bytes) = 0;
+
+  /// Closes the line. Closing a closed line is a failure.
+  virtual bool close() = 0;
+};
+
+/// Where serial lines come from.
+class SerialPorts {
+ public:
+  virtual ~SerialPorts() = default;
+
+  /// A line that is not open yet; never null.
+  virtual std::unique_ptr<SerialPort> create() = 0;
+};
+
+}  // namespace tellaxis::platform

@@ -1,0 +1,40 @@
+// System: makes the services of the computer that this program was built for.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "platform/host.h"
+
+namespace tellaxis::platform {
+
+/// How the services are to behave; texts as the command line gave them.
+struct SystemOptions {
+  std::string mainFolder;  ///< native path, without a trailing separator
+  std::map<char, std::string>
+      drives;  ///< upper-case drive letter to native folder, where drives are not the system's own
+  std::optional<std::string> devicesFile;  ///< absent: devices.toml of the main folder, where it exists
+  std::optional<std::string> localeName;   ///< "it_IT"; absent: the user's own
+  bool trace = false;                      ///< print failing steps on standard error
+};
+
+/// Owner of all services.
+class System {
+ public:
+  virtual ~System() = default;
+  virtual Host& host() = 0;
+};
+
+/// Why the services could not be made: one Italian line naming the argument, or the file, line and column.
+struct SystemError {
+  std::string message;
+};
+
+/// Makes the services; touches no file but the devices file.
+std::variant<std::unique_ptr<System>, SystemError> openSystem(const SystemOptions& options);
+
+}  // namespace tellaxis::platform
