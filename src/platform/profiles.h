@@ -20,10 +20,10 @@ class Profiles {
   virtual std::string read(std::optional<std::string_view> section, std::optional<std::string_view> key,
                            std::string_view fallback, std::size_t size, std::string_view file) = 0;
 
-  /// Stores `value` under `key`; an absent value deletes the key, an absent key the section's keys. A missing file is
+  /// Stores `value` under `key`; an absent value deletes the key, an absent key the whole section. A missing file is
   /// created, a missing folder is a failure. The file is not touched when it already says so. False when nothing could
-  /// be stored.
-  virtual bool write(std::string_view section, std::optional<std::string_view> key,
+  /// be stored, as it is for an absent section.
+  virtual bool write(std::optional<std::string_view> section, std::optional<std::string_view> key,
                      std::optional<std::string_view> value, std::string_view file) = 0;
 };
 
