@@ -1,0 +1,143 @@
+// Tests of the devices file: what it may say, and how mistakes in it are named.
+#include "platform/virtual/devices_file.h"
+
+#include <gmock/gmock.h>
+
+#include "platform/temporary_folder.h"
+
+namespace tellaxis::platform {
+namespace {
+
+using test::TemporaryFolder;
+
+DevicesFile parsed(std::string_view text) {
+  auto result = parseDevicesFile(text, "devices.toml");
+  const auto* error = std::get_if<DevicesFileError>(&result);
+  EXPECT_EQ(error, nullptr) << (error != nullptr ? error->message : "");
+  return error == nullptr ? std::get<DevicesFile>(std::move(result)) : DevicesFile();
+}
+
+std::string errorOf(std::string_view text) {
+  auto result = parseDevicesFile(text, "devices.toml");
+  const auto* error = std::get_if<DevicesFileError>(&result);
+  return error == nullptr ? "nessun errore" : error->message;
+}
+
+std::string withTarget(const std::string& target) {
+  return "[[printer]]\nname = \"P\"\nport = \"COM3:\"\ntarget = \"" + target + "\"\n";
+}
+
+template <class Target>
+Target targetOf(const std::string& text) {
+  const DevicesFile devices = parsed(withTarget(text));
+  if (devices.printers.size() == 1)
+    if (const auto* target = std::get_if<Target>(&devices.printers.front().target)) return *target;
+  ADD_FAILURE() << "another kind of target: " << text;
+  return {};
+}
+
+TEST(DevicesFile, ListsPrintersAndSerialLinesInFileOrder) {
+  const DevicesFile devices = parsed(R"(
+[[printer]]
+name   = "EPSON TM-L90 Receipt"
+port   = "LPT1:"
+target = "folder:spool/l90"
+
+[[serial]]
+port   = 1
+device = "/dev/ttyUSB0"
+
+[[printer]]
+name   = "Caffè"
+port   = "COM3:"
+target = "folder:spool/caffè"
+)");
+  ASSERT_EQ(devices.printers.size(), 2U);
+  EXPECT_EQ(devices.printers[0].printer.DeviceName, "EPSON TM-L90 Receipt");
+  EXPECT_EQ(devices.printers[0].printer.Port, "LPT1:");
+  EXPECT_EQ(std::get<FolderTarget>(devices.printers[0].target).folder, "spool/l90");
+  EXPECT_EQ(devices.printers[0].position.line, 5U);
+  EXPECT_EQ(devices.printers[1].printer.DeviceName, "Caff\xE8");
+  EXPECT_EQ(std::get<FolderTarget>(devices.printers[1].target).folder, "spool/caffè");
+  ASSERT_EQ(devices.serialLines.size(), 1U);
+  EXPECT_EQ(devices.serialLines[0].port, 1);
+  EXPECT_EQ(devices.serialLines[0].device, "/dev/ttyUSB0");
+}
+
+TEST(DevicesFile, AnEmptyFileListsNothing) {
+  EXPECT_TRUE(parsed("").printers.empty());
+  EXPECT_TRUE(parsed("# solo un commento\n").serialLines.empty());
+}
+
+TEST(DevicesFile, KnowsEveryTarget) {
+  EXPECT_EQ(targetOf<FolderTarget>("folder:/var/spool/x").folder, "/var/spool/x");
+  EXPECT_EQ(targetOf<QueueTarget>("cups:ricevute").queue, "ricevute");
+  EXPECT_EQ(targetOf<EscPosDeviceTarget>("escpos:/dev/usb/lp0").device, "/dev/usb/lp0");
+  EXPECT_EQ(targetOf<EscPosQueueTarget>("escpos:cups:pos").queue, "pos");
+  const auto network = targetOf<EscPosNetworkTarget>("escpos:tcp://10.0.0.9:9100");
+  EXPECT_EQ(network.host, "10.0.0.9");
+  EXPECT_EQ(network.port, 9100);
+  EXPECT_EQ(targetOf<EscPosNetworkTarget>("escpos:tcp://[::1]:9100").host, "::1");
+}
+
+TEST(DevicesFile, RefusesUnknownTargetsWithTheirPlace) {
+  for (const char* target :
+       {"folder:", "cups:", "escpos:", "escpos:cups:", "escpos:tcp://host", "escpos:tcp://:9100", "escpos:tcp://h:0",
+        "escpos:tcp://h:99999", "escpos:tcp://h:9100x", "escpos:http://h:1", "spool/l90", "Folder:x"})
+    EXPECT_EQ(errorOf(withTarget(target)),
+              "devices.toml, riga 4, colonna 10: destinazione sconosciuta \"" + std::string(target) + "\"");
+}
+
+struct Mistake {
+  const char* text;
+  const char* message;
+};
+
+TEST(DevicesFile, NamesEveryMistakeByLineAndColumnInOneLine) {
+  const Mistake mistakes[] = {
+      {"[[printer]\nname = 1", "devices.toml, riga 1, colonna 11: sintassi TOML non valida"},
+      {"x = 1", "devices.toml, riga 1, colonna 1: chiave sconosciuta \"x\""},
+      {"[[printer]]\nnome = \"P\"", "devices.toml, riga 2, colonna 1: chiave sconosciuta \"nome\""},
+      {"\n[[printer]]\nname = \"P\"\ntarget = \"folder:x\"",
+       "devices.toml, riga 2, colonna 1: manca la chiave \"port\""},
+      {"[[printer]]\nname = 7", "devices.toml, riga 2, colonna 8: \"name\" deve essere un testo fra virgolette"},
+      {"[[printer]]\nname = \"\"", "devices.toml, riga 2, colonna 8: \"name\" non ha un valore utilizzabile"},
+      {"[[printer]]\nname = \"a\\nb\"", "devices.toml, riga 2, colonna 8: \"name\" non ha un valore utilizzabile"},
+      {"[[printer]]\nname = \"日本\"",
+       "devices.toml, riga 2, colonna 8: \"name\" ha un carattere che le stampanti non conoscono"},
+      {"[printer]\nname = \"P\"", "devices.toml, riga 1, colonna 1: si scrive [[printer]], con due parentesi"},
+      {"printer = [1]", "devices.toml, riga 1, colonna 12: si scrive [[printer]], con due parentesi"},
+      {"[[serial]]\nport = \"1\"", "devices.toml, riga 2, colonna 8: \"port\" deve essere un numero da 1 a 256"},
+      {"[[serial]]\nport = 0", "devices.toml, riga 2, colonna 8: \"port\" deve essere un numero da 1 a 256"},
+      {"[[serial]]\nport = 1\ndevice = \"/dev/a\"\n[[serial]]\nport = 1\ndevice = \"/dev/b\"",
+       "devices.toml, riga 5, colonna 8: la porta 1 è già definita"},
+      {"[[serial]]\nport = 1", "devices.toml, riga 1, colonna 1: manca la chiave \"device\""},
+  };
+  for (const Mistake& mistake : mistakes) EXPECT_EQ(errorOf(mistake.text), mistake.message) << mistake.text;
+}
+
+TEST(DevicesFile, IsReadFromDisk) {
+  const TemporaryFolder folder;
+  const auto result = readDevicesFile(folder.write("d.toml", withTarget("folder:x")));
+  ASSERT_TRUE(std::holds_alternative<DevicesFile>(result));
+  EXPECT_EQ(std::get<DevicesFile>(result).printers.size(), 1U);
+}
+
+TEST(DevicesFile, AMissingFileOrAFolderInItsPlaceCannotBeRead) {
+  const TemporaryFolder folder;
+  for (const std::string& path : {folder / "none.toml", folder / "."}) {
+    const auto result = readDevicesFile(path);
+    ASSERT_TRUE(std::holds_alternative<DevicesFileError>(result));
+    EXPECT_EQ(std::get<DevicesFileError>(result).message, path + ": il file non si può leggere");
+  }
+}
+
+TEST(DevicesFile, RelativePathsLieInTheMainFolder) {
+  EXPECT_EQ(underMainFolder("/var/spool", "/srv/main"), "/var/spool");
+#ifndef _WIN32
+  EXPECT_EQ(underMainFolder("spool/l90", "/srv/main"), "/srv/main/spool/l90");
+#endif
+}
+
+}  // namespace
+}  // namespace tellaxis::platform
