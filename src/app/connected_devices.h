@@ -1,0 +1,33 @@
+// Connected devices: start-up and polling brought together with the folders that drive the devices.
+#pragma once
+
+#include "core/bridge.h"
+#include "core/devices.h"
+
+namespace tellaxis {
+
+class ConnectedDevices : public Devices, public DeviceSetup {
+ public:
+  explicit ConnectedDevices(Bridge& bridge) : bridge_(bridge) {}
+
+  void LanciaFileDisplay() override;
+  void MF_Invia(std::string_view jobFile) override;
+  void LanciaFileRF() override;
+  void Cort_StampaFile(std::string_view jobFile) override;
+
+  void Display_StartUP_Valori() override;
+  void Display_StartUP_Orbis() override;
+  void MF_StartUP_Valori() override;
+  void MF_StartUP_Orbis() override;
+  void FTP_StartUP_Orbis() override;
+  void WEB_StartUP_Orbis() override;
+  void RF_StartUP_Valori() override;
+  void Cort_StartUP_Valori() override;
+  void Cort_StartUP_Orbis() override;
+  void IconaAggiungi() override;
+
+ private:
+  Bridge& bridge_;
+};
+
+}  // namespace tellaxis

@@ -1,0 +1,33 @@
+// Resident: start-up and the polling loop.
+#include "app/resident.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include "core/polling.h"
+#include "core/startup.h"
+#include "platform/printers.h"
+
+namespace tellaxis {
+
+void runResident(Bridge& bridge, Devices& devices, DeviceSetup& setup, const std::string& mainFolder, int interval,
+                 platform::StopRequest& stop, const std::function<void()>& ready) {
+  using std::chrono::steady_clock;
+  using namespace std::chrono_literals;
+
+  Form_Load(bridge, setup, mainFolder);
+  ready();
+
+  Polling polling(bridge, devices);
+  auto due = steady_clock::now() + std::chrono::milliseconds(interval);
+  const auto untilDue = [&due] {
+    return std::max(0ms, std::chrono::ceil<std::chrono::milliseconds>(due - steady_clock::now()));
+  };
+  while (!stop.waitFor(untilDue())) {
+    polling.Timer1_Timer();
+    due = std::max(due + std::chrono::milliseconds(interval), steady_clock::now());
+  }
+  bridge.host.Printer.endOpenDocuments();
+}
+
+}  // namespace tellaxis

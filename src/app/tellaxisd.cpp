@@ -1,0 +1,65 @@
+// tellaxisd: the bridge without a window.
+#include <cstdio>
+#include <exception>
+#include <string>
+#include <vector>
+
+#include "app/command_line.h"
+#include "app/connected_devices.h"
+#include "app/resident.h"
+#include "core/bridge.h"
+#include "platform/resident.h"
+#include "platform/system.h"
+#include "platform/virtual/code_page_1252.h"
+
+namespace {
+
+using namespace tellaxis;
+
+constexpr std::string_view program = "tellaxisd";
+
+int complain(const std::string& text, int status) {
+  std::fputs((std::string(program) + ": " + text + "\n").c_str(), stderr);
+  return status;
+}
+
+int end(const EndAtOnce& message) {
+  std::fputs(message.text.c_str(), message.status == 0 ? stdout : stderr);
+  return message.status;
+}
+
+void sayReady() {
+  std::puts("pronto");
+  std::fflush(stdout);
+}
+
+int run(const CommandLine& line) {
+  const std::string& folder = line.system.mainFolder;
+  const auto mainFolder = platform::toCodePage1252(folder);
+  if (!mainFolder)
+    return complain("--main-folder " + folder + ": il nome ha caratteri che non si possono usare", statusUnusable);
+
+  platform::StopRequest stop;
+  auto opened = platform::openSystem(line.system);
+  if (const auto* error = std::get_if<platform::SystemError>(&opened)) return complain(error->message, statusUnusable);
+  const auto lock = platform::lockMainFolder(folder);
+  if (!lock) return complain("un'altra copia serve gi\xC3\xA0 la cartella " + folder, statusSecondCopy);
+
+  Bridge bridge(std::get<std::unique_ptr<platform::System>>(opened)->host());
+  ConnectedDevices devices(bridge);
+  runResident(bridge, devices, devices, *mainFolder, line.pollingInterval, stop, sayReady);
+  return 0;
+}
+
+}  // namespace
+
+int main(int count, char** words) {
+  try {
+    const std::vector<std::string> arguments(words + 1, words + count);
+    const auto read = readCommandLine(program, arguments);
+    if (const auto* message = std::get_if<EndAtOnce>(&read)) return end(*message);
+    return run(std::get<CommandLine>(read));
+  } catch (const std::exception& failure) {
+    return complain(std::string("errore interno: ") + failure.what(), 1);
+  }
+}

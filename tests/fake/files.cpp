@@ -1,0 +1,122 @@
+// Files: looking up, moving and reading files in memory.
+#include "fake/files.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace tellaxis::fake {
+
+namespace {
+
+std::string bareName(std::string_view path) { return std::string(path.substr(path.rfind('\\') + 1)); }
+
+std::string withoutBackslash(std::string_view folder) {
+  return lower(folder.ends_with('\\') ? folder.substr(0, folder.size() - 1) : folder);
+}
+
+/// Reads a text in memory; each read is a call.
+class InputText : public platform::InputFile {
+ public:
+  InputText(Journal& journal, std::string path, std::string text)
+      : journal_(journal), path_(std::move(path)), text_(std::move(text)) {}
+
+  std::optional<std::size_t> read(std::span<char> buffer) override {
+    if (!journal_.record("read " + path_)) return std::nullopt;
+    const std::size_t size = std::min(buffer.size(), text_.size() - position_);
+    std::memcpy(buffer.data(), text_.data() + position_, size);
+    position_ += size;
+    return size;
+  }
+
+ private:
+  Journal& journal_;
+  std::string path_;
+  std::string text_;
+  std::size_t position_ = 0;
+};
+
+}  // namespace
+
+void Files::put(std::string_view path, std::string_view text) {
+  files_[lower(path)] = File{.name = bareName(path), .text = std::string(text)};
+}
+
+std::string Files::text(std::string_view path) const {
+  const auto found = files_.find(lower(path));
+  return found == files_.end() ? std::string() : found->second.text;
+}
+
+std::vector<std::string> Files::namesIn(std::string_view folder) const {
+  const std::string prefix = withoutBackslash(folder) + "\\";
+  std::vector<std::string> names;
+  for (const auto& [path, file] : files_)
+    if (path.starts_with(prefix) && path.find('\\', prefix.size()) == std::string::npos) names.push_back(file.name);
+  return names;
+}
+
+bool Files::exists(std::string_view path) { return journal_.record("exists " + std::string(path)) && has(path); }
+
+std::optional<std::string> Files::lookUp(std::string_view path) {
+  if (!journal_.record("lookUp " + std::string(path)) || !has(path)) return std::nullopt;
+  return files_.at(lower(path)).name;
+}
+
+bool Files::folderExists(std::string_view path) {
+  return journal_.record("folderExists " + std::string(path)) && folders_.contains(withoutBackslash(path));
+}
+
+bool Files::createFolder(std::string_view path) {
+  if (!journal_.record("createFolder " + std::string(path))) return false;
+  return folders_.insert(withoutBackslash(path)).second;
+}
+
+std::optional<std::vector<std::string>> Files::list(std::string_view folder) {
+  if (!journal_.record("list " + std::string(folder))) return std::nullopt;
+  return namesIn(folder);
+}
+
+bool Files::copy(std::string_view from, std::string_view to) {
+  if (!journal_.record("copy " + std::string(from) + " -> " + std::string(to)) || !has(from)) return false;
+  put(to, text(from));
+  return true;
+}
+
+bool Files::move(std::string_view from, std::string_view to) {
+  if (!journal_.record("move " + std::string(from) + " -> " + std::string(to))) return false;
+  if (!has(from) || has(to) || held_.contains(lower(from))) return false;
+  put(to, text(from));
+  erase(from);
+  return true;
+}
+
+bool Files::remove(std::string_view path) {
+  if (!journal_.record("remove " + std::string(path)) || !has(path) || held_.contains(lower(path))) return false;
+  erase(path);
+  return true;
+}
+
+bool Files::removeAll(std::string_view folder) {
+  if (!journal_.record("removeAll " + std::string(folder))) return false;
+  for (const std::string& name : namesIn(folder)) erase(withoutBackslash(folder) + "\\" + name);
+  return true;
+}
+
+std::unique_ptr<platform::InputFile> Files::openInput(std::string_view path) {
+  if (!journal_.record("openInput " + std::string(path)) || !has(path)) return nullptr;
+  return std::make_unique<InputText>(journal_, std::string(path), text(path));
+}
+
+bool Files::append(std::string_view path, std::string_view text) {
+  if (!journal_.record("append " + std::string(path) + " " + std::string(text))) return false;
+  put(path, this->text(path) + std::string(text));
+  return true;
+}
+
+bool Files::create(std::string_view path, std::string_view text, bool ownerOnly) {
+  const std::string kind = ownerOnly ? "create owner-only " : "create ";
+  if (!journal_.record(kind + std::string(path) + " " + std::string(text))) return false;
+  put(path, text);
+  return true;
+}
+
+}  // namespace tellaxis::fake

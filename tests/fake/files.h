@@ -1,0 +1,57 @@
+// Files: a file system in memory.
+#pragma once
+
+#include <map>
+#include <set>
+#include <string>
+
+#include "fake/journal.h"
+#include "fake/names.h"
+#include "platform/files.h"
+
+namespace tellaxis::fake {
+
+class Files : public platform::Files {
+ public:
+  explicit Files(Journal& journal) : journal_(journal) {}
+
+  // What the tests put there and look at; none of it is a call.
+  void put(std::string_view path, std::string_view text);
+  void erase(std::string_view path) { files_.erase(lower(path)); }
+  bool has(std::string_view path) const { return files_.contains(lower(path)); }
+  std::string text(std::string_view path) const;
+  void addFolder(std::string_view path) { folders_.insert(lower(path)); }
+  bool hasFolder(std::string_view path) const { return folders_.contains(lower(path)); }
+  /// A file that its writer still has open: it cannot be moved or deleted.
+  void hold(std::string_view path) { held_.insert(lower(path)); }
+  void release(std::string_view path) { held_.erase(lower(path)); }
+
+  bool exists(std::string_view path) override;
+  std::optional<std::string> lookUp(std::string_view path) override;
+  bool folderExists(std::string_view path) override;
+  bool createFolder(std::string_view path) override;
+  std::optional<std::vector<std::string>> list(std::string_view folder) override;
+  bool copy(std::string_view from, std::string_view to) override;
+  bool move(std::string_view from, std::string_view to) override;
+  bool remove(std::string_view path) override;
+  bool removeAll(std::string_view folder) override;
+  std::unique_ptr<platform::InputFile> openInput(std::string_view path) override;
+  bool append(std::string_view path, std::string_view text) override;
+  bool create(std::string_view path, std::string_view text, bool ownerOnly) override;
+
+ private:
+  struct File {
+    std::string name;
+    std::string text;
+  };
+
+  /// Bare names of the files of a folder, sorted.
+  std::vector<std::string> namesIn(std::string_view folder) const;
+
+  Journal& journal_;
+  std::map<std::string, File> files_;
+  std::set<std::string> folders_;
+  std::set<std::string> held_;
+};
+
+}  // namespace tellaxis::fake

@@ -1,0 +1,51 @@
+// Sweep: fails every call of a procedure in turn and compares what the procedure still does with what the rule demands.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tellaxis::fake {
+
+using Calls = std::vector<std::string>;
+
+/// Runs a procedure on a fresh computer of which the call of this number fails (0: none), and returns the journal.
+using RunWithFailure = std::function<Calls(std::size_t failingCall)>;
+
+/// How the journal differs when `call` fails: the `dropped` calls after it are not made, and those of `instead` are
+/// made in their place.
+struct WhenFailed {
+  std::string call;
+  std::size_t dropped = 0;
+  Calls instead;
+};
+
+/// For every call of an undisturbed run: the journal of the run in which that call fails must be the undisturbed one,
+/// changed only as a row of `exceptions` that names the call says. Every row must have been met.
+inline void sweepFailingSteps(const RunWithFailure& run, const std::vector<WhenFailed>& exceptions = {}) {
+  const Calls undisturbed = run(0);
+  ASSERT_FALSE(undisturbed.empty());
+  std::size_t met = 0;
+  for (std::size_t k = 0; k < undisturbed.size(); ++k) {
+    if (undisturbed[k].starts_with("sleep ")) continue;
+    Calls expected = undisturbed;
+    for (const WhenFailed& row : exceptions) {
+      if (row.call != undisturbed[k]) continue;
+      ++met;
+      const auto next = expected.begin() + static_cast<std::ptrdiff_t>(k) + 1;
+      const auto kept = expected.erase(next, next + static_cast<std::ptrdiff_t>(row.dropped));
+      expected.insert(kept, row.instead.begin(), row.instead.end());
+      break;
+    }
+    EXPECT_THAT(run(k + 1), testing::ElementsAreArray(expected))
+        << "with call " << k + 1 << " failing: " << undisturbed[k];
+  }
+  EXPECT_GE(met, exceptions.size()) << "an exception names a call that was never made";
+}
+
+}  // namespace tellaxis::fake
