@@ -1,0 +1,96 @@
+// Attesa: how long the waits are, around midnight too.
+#include "core/attesa.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "fake/computer.h"
+
+namespace tellaxis {
+namespace {
+
+using namespace std::chrono_literals;
+
+TEST(Attesa, WaitsTheGivenHundredths) {
+  fake::Computer computer;
+  Attesa(computer.host, std::int16_t{250}, true);
+  EXPECT_GE(computer.clock.elapsed(), 2500ms);
+  EXPECT_LE(computer.clock.elapsed(), 2510ms);
+}
+
+TEST(Attesa, ReturnsAtOnceForZeroAndForLess) {
+  fake::Computer computer;
+  Attesa(computer.host, std::int16_t{0}, true);
+  Attesa(computer.host, std::int16_t{-100}, true);
+  EXPECT_EQ(computer.clock.elapsed(), 0ms);
+}
+
+TEST(Attesa, LetsTheWindowWorkOnlyWhenItYields) {
+  fake::Computer computer;
+  Attesa(computer.host, std::int16_t{10}, true);
+  EXPECT_TRUE(computer.journal.callsThatBegin("processEvents").empty());
+  Attesa(computer.host, std::int16_t{10}, false);
+  EXPECT_GE(computer.journal.callsThatBegin("processEvents").size(), 5U);
+}
+
+TEST(Attesa, LooksAtTheClockOftenAndSleepsInBetween) {
+  fake::Computer computer;
+  int sleeps = 0;
+  computer.clock.onSleep = [&] { ++sleeps; };
+  Attesa(computer.host, std::int16_t{500}, true);
+  EXPECT_GE(sleeps, 5000 / 50);
+  EXPECT_LE(sleeps, 5000 / 50 + 5);
+}
+
+/// Ends a wait that the clock alone would not end.
+struct StillWaiting : std::runtime_error {
+  StillWaiting() : std::runtime_error("still waiting") {}
+};
+
+TEST(Attesa, AWaitThatSpansMidnightGoesOnIntoTheNewDay) {
+  fake::Computer computer;
+  computer.clock.seconds = 86'399.5;
+  computer.clock.onSleep = [&] {
+    if (computer.clock.elapsed() > 24h) throw StillWaiting();
+  };
+  EXPECT_THROW(Attesa(computer.host, std::int16_t{100}, true), StillWaiting);
+}
+
+TEST(Attesa, AWaitEndsWhenTheNewDayPassesItsFigure) {
+  fake::Computer computer;
+  computer.clock.seconds = 86'000;
+  computer.clock.after(100ms, [&] { computer.clock.seconds = 0; });
+  Attesa(computer.host, std::int16_t{1000}, true);
+  EXPECT_GE(computer.clock.elapsed(), 86'010s);
+  EXPECT_LE(computer.clock.elapsed(), 86'011s);
+}
+
+TEST(Attesa, TheClockIsReadInSinglePrecision) {
+  fake::Computer computer;
+  computer.clock.seconds = 86'399.0;
+  Attesa(computer.host, std::int16_t{95}, true);
+  EXPECT_LE(computer.clock.elapsed(), 950ms);
+  EXPECT_GE(computer.clock.elapsed(), 940ms);
+}
+
+TEST(Attesa, ADelayThatIsNoNumberDoesNotWait) {
+  fake::Computer computer;
+  Attesa(computer.host, Value(std::string("tanto")), true);
+  Attesa(computer.host, Value(Currency{400'000'000}), true);
+  EXPECT_EQ(computer.clock.elapsed(), 0ms);
+  EXPECT_EQ(computer.trace.failures.size(), 2U);
+  Attesa(computer.host, Value(Currency{200'000}), true);
+  EXPECT_GE(computer.clock.elapsed(), 200ms);
+}
+
+TEST(PausaCicli, EndsForEveryCount) {
+  PausaCicli(50);
+  PausaCicli(0);
+  PausaCicli(-1);
+  PausaCicli(32'767);
+  SUCCEED() << "a count up to the largest 16-bit integer comes to its end";
+}
+
+}  // namespace
+}  // namespace tellaxis
