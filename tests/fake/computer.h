@@ -35,7 +35,7 @@ struct Computer {
   Clock clock{journal};
   Processes processes{journal};
   SerialPorts serialPorts{journal};
-  Printer Printer{journal};
+  PrinterObject Printer{journal};
   Dialogs dialogs{journal};
   Tray tray{journal};
   FtpClients ftpClients{journal};

@@ -15,15 +15,15 @@ class Journal {
     return calls_.size() != failing_;
   }
 
-  /// Notes a wait; waits in a row are one entry.
+  /// Notes a wait; waits in a row are one entry, in whole hundredths of a second.
   void recordSleep(long milliseconds) {
     if (!calls_.empty() && calls_.back().starts_with("sleep ")) {
-      slept_ += milliseconds;
-      calls_.back() = "sleep " + std::to_string(slept_);
-      return;
+      calls_.pop_back();
+    } else {
+      slept_ = 0;
     }
-    slept_ = milliseconds;
-    calls_.push_back("sleep " + std::to_string(slept_));
+    slept_ += milliseconds;
+    calls_.push_back("sleep " + std::to_string((slept_ + 5) / 10));
   }
 
   /// The call of this number, counted from 1, will fail; 0 lets all succeed. The journal starts anew.

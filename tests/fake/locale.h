@@ -8,8 +8,7 @@ namespace tellaxis::fake {
 
 class Locale : public platform::Locale {
  public:
-  platform::RegionalSettings settings{
-      .weekdays = {"domenica", "luned\xEC", "marted\xEC", "mercoled\xEC", "gioved\xEC", "venerd\xEC", "sabato"}};
+  platform::RegionalSettings settings = platform::italianSettings();
 
   const platform::RegionalSettings& regional() const override { return settings; }
   std::optional<std::int64_t> currency(std::string_view text) const override {

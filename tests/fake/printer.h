@@ -10,9 +10,9 @@
 
 namespace tellaxis::fake {
 
-class Printer : public platform::PrinterObject {
+class PrinterObject : public platform::PrinterObject {
  public:
-  explicit Printer(Journal& journal) : journal_(journal) {}
+  explicit PrinterObject(Journal& journal) : journal_(journal) {}
 
   std::vector<platform::InstalledPrinter> installed;
   std::size_t current = 0;

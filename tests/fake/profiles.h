@@ -37,18 +37,20 @@ class Profiles : public platform::Profiles {
     return result.substr(0, size - 1);
   }
 
-  bool write(std::string_view section, std::optional<std::string_view> key, std::optional<std::string_view> value,
-             std::string_view file) override {
+  bool write(std::optional<std::string_view> section, std::optional<std::string_view> key,
+             std::optional<std::string_view> value, std::string_view file) override {
+    const std::string sectionName(section.value_or("*"));
     const std::string assignment =
         key ? std::string(*key) + "=" + std::string(value.value_or("(deleted)")) : std::string("(deleted)");
-    if (!journal_.record("write [" + std::string(section) + "] " + assignment + " to " + std::string(file)))
+    if (!journal_.record("write [" + sectionName + "] " + assignment + " to " + std::string(file)) || !section)
       return false;
+    auto& keys = sections_[{lower(file), lower(sectionName)}];
     if (!key)
-      sections_.erase({lower(file), lower(section)});
+      keys.clear();
     else if (!value)
-      sections_[{lower(file), lower(section)}].erase(lower(*key));
+      keys.erase(lower(*key));
     else
-      put(file, section, *key, *value);
+      keys[lower(*key)] = *value;
     return true;
   }
 

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <functional>
 #include <string>
@@ -21,6 +22,7 @@ using RunWithFailure = std::function<Calls(std::size_t failingCall)>;
 /// made in their place.
 struct WhenFailed {
   std::string call;
+  std::size_t occurrence = 0;  ///< 1 is the first time that the call is made; 0 is every time
   std::size_t dropped = 0;
   Calls instead;
 };
@@ -35,7 +37,10 @@ inline void sweepFailingSteps(const RunWithFailure& run, const std::vector<WhenF
     if (undisturbed[k].starts_with("sleep ")) continue;
     Calls expected = undisturbed;
     for (const WhenFailed& row : exceptions) {
-      if (row.call != undisturbed[k]) continue;
+      const auto made =
+          std::count(undisturbed.begin(), undisturbed.begin() + static_cast<std::ptrdiff_t>(k) + 1, row.call);
+      if (row.call != undisturbed[k] || (row.occurrence != 0 && made != static_cast<std::ptrdiff_t>(row.occurrence)))
+        continue;
       ++met;
       const auto next = expected.begin() + static_cast<std::ptrdiff_t>(k) + 1;
       const auto kept = expected.erase(next, next + static_cast<std::ptrdiff_t>(row.dropped));

@@ -52,7 +52,7 @@ std::string logged(std::string_view message) {
 TEST(InputFileHandOver, CopiesTheJobAfterOnePause) {
   Desk desk("CASIO/DITRON - 24");
   EXPECT_THAT(desk.invia(), ElementsAre("exists C:\\mf\\in.txt", logged("Invio file: C:\\cassa\\IN\\scontrino.txt"),
-                                        "sleep 500", "copy C:\\cassa\\IN\\scontrino.txt -> C:\\mf\\in.txt"));
+                                        "sleep 50", "copy C:\\cassa\\IN\\scontrino.txt -> C:\\mf\\in.txt"));
   EXPECT_EQ(desk.computer.files.text("C:\\mf\\in.txt"), "receipt");
   EXPECT_TRUE(desk.computer.files.has(job));
 }
@@ -68,7 +68,7 @@ TEST(InputFileHandOver, AZipJobIsCopiedWithoutThePause) {
 TEST(InputFileHandOver, AZipJobInOtherCasePauses) {
   Desk desk("CASIO/DITRON - 24");
   MF_Invia(desk.bridge, "C:\\cassa\\IN\\dly_zip.txt");
-  EXPECT_THAT(desk.computer.journal.callsThatBegin("sleep"), ElementsAre("sleep 500"));
+  EXPECT_THAT(desk.computer.journal.callsThatBegin("sleep"), ElementsAre("sleep 50"));
 }
 
 TEST(InputFileHandOver, WaitsUntilTheDriverHasTakenTheReceiptBefore) {
@@ -76,9 +76,9 @@ TEST(InputFileHandOver, WaitsUntilTheDriverHasTakenTheReceiptBefore) {
   desk.computer.files.put("C:\\mf\\in.txt", "before");
   desk.computer.clock.after(900ms, [&] { desk.computer.files.erase("C:\\mf\\in.txt"); });
   EXPECT_THAT(desk.invia(),
-              ElementsAre("exists C:\\mf\\in.txt", logged("Loop in attesa di liberare C:\\mf\\in.txt"), "sleep 500",
-                          "exists C:\\mf\\in.txt", logged("Loop in attesa di liberare C:\\mf\\in.txt"), "sleep 500",
-                          "exists C:\\mf\\in.txt", logged("Invio file: C:\\cassa\\IN\\scontrino.txt"), "sleep 500",
+              ElementsAre("exists C:\\mf\\in.txt", logged("Loop in attesa di liberare C:\\mf\\in.txt"), "sleep 50",
+                          "exists C:\\mf\\in.txt", logged("Loop in attesa di liberare C:\\mf\\in.txt"), "sleep 50",
+                          "exists C:\\mf\\in.txt", logged("Invio file: C:\\cassa\\IN\\scontrino.txt"), "sleep 50",
                           "copy C:\\cassa\\IN\\scontrino.txt -> C:\\mf\\in.txt"));
 }
 
@@ -87,7 +87,7 @@ TEST(InputFileHandOver, GivesUpAfterSixWaitsAndSevenTests) {
   desk.computer.files.put("C:\\mf\\in.txt", "before");
   desk.invia();
   EXPECT_THAT(desk.computer.journal.callsThatBegin("exists"), SizeIs(7));
-  EXPECT_THAT(desk.computer.journal.callsThatBegin("sleep 500"), SizeIs(6));
+  EXPECT_THAT(desk.computer.journal.callsThatBegin("sleep 50"), SizeIs(6));
   EXPECT_EQ(desk.logLines().back(), logged("Invio file annullato: C:\\cassa\\IN\\scontrino.txt"));
   EXPECT_EQ(desk.computer.files.text("C:\\mf\\in.txt"), "before");
 }
@@ -117,7 +117,7 @@ TEST(InputFileHandOver, AFailingStepIsSkippedAndTheRestHappens) {
         desk.computer.journal.failCall(failingCall);
         return desk.invia();
       },
-      {{.call = "exists C:\\mf\\in.txt", .dropped = 3}});
+      {{.call = "exists C:\\mf\\in.txt", .occurrence = 1, .dropped = 3}});
 }
 
 TEST(FpMateHandOver, MovesTheInputFileIntoTheFolder) {
@@ -172,8 +172,8 @@ TEST(ProgramHandOver, CopiesStartsAndAwaitsTheAnswer) {
     Desk desk(protocol);
     desk.answerAfter(700ms);
     EXPECT_THAT(desk.invia(), ElementsAre("copy C:\\cassa\\IN\\scontrino.txt -> C:\\mf\\in.txt",
-                                          "start C:\\mf\\driver.exe /q style 6", "sleep 500", "exists C:\\mf\\out.txt",
-                                          "sleep 500", "exists C:\\mf\\out.txt", "exists C:\\mf\\out.txt",
+                                          "start C:\\mf\\driver.exe /q style 6", "sleep 50", "exists C:\\mf\\out.txt",
+                                          "sleep 50", "exists C:\\mf\\out.txt", "exists C:\\mf\\out.txt",
                                           "exists C:\\mf\\out.txt", "remove C:\\mf\\out.txt"))
         << protocol;
     EXPECT_TRUE(desk.computer.files.has("C:\\mf\\in.txt"));
@@ -225,7 +225,7 @@ TEST(ProgramHandOver, AFailingStepIsSkippedAndTheRestHappens) {
   const fake::Calls beginning(undisturbed.begin(), undisturbed.begin() + 4);
   // The test of the loop fails: one more wait, then the answer is seen.
   fake::Calls once = beginning;
-  once.insert(once.end(), {"sleep 500", "exists C:\\mf\\out.txt"});
+  once.insert(once.end(), {"sleep 50", "exists C:\\mf\\out.txt"});
   once.insert(once.end(), undisturbed.begin() + 4, undisturbed.end());
   EXPECT_EQ(run(4), once);
   // The test for a missing answer fails after 1 wait only, which is no time-out; the answer is then seen and taken.
