@@ -10,7 +10,7 @@
 #include "core/bridge.h"
 #include "platform/resident.h"
 #include "platform/system.h"
-#include "platform/virtual/code_page_1252.h"
+#include "platform/virtual/code_page.h"
 
 namespace {
 
@@ -35,7 +35,7 @@ void sayReady() {
 
 int run(const CommandLine& line) {
   const std::string& folder = line.system.mainFolder;
-  const auto mainFolder = platform::toCodePage1252(folder);
+  const auto mainFolder = platform::codePageFromUtf8(folder);
   if (!mainFolder)
     return complain("--main-folder " + folder + ": il nome ha caratteri che non si possono usare", statusUnusable);
 
