@@ -1,0 +1,29 @@
+// Clock of Windows: GetLocalTime and Sleep.
+#include "platform/windows/clock.h"
+
+#include <windows.h>
+
+namespace tellaxis::platform::windows {
+
+double Clock::secondsSinceMidnight() {
+  SYSTEMTIME time;
+  GetLocalTime(&time);
+  return time.wHour * 3600 + time.wMinute * 60 + time.wSecond + time.wMilliseconds / 1000.0;
+}
+
+DateTime Clock::now() {
+  SYSTEMTIME time;
+  GetLocalTime(&time);
+  return {.year = time.wYear,
+          .month = time.wMonth,
+          .day = time.wDay,
+          .weekday = time.wDayOfWeek,
+          .hour = time.wHour,
+          .minute = time.wMinute};
+}
+
+void Clock::sleep(std::chrono::milliseconds duration) {
+  if (duration.count() > 0) Sleep(static_cast<DWORD>(duration.count()));
+}
+
+}  // namespace tellaxis::platform::windows

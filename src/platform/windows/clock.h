@@ -1,0 +1,15 @@
+// Clock of Windows: local time and sleeping.
+#pragma once
+
+#include "platform/clock.h"
+
+namespace tellaxis::platform::windows {
+
+class Clock : public platform::Clock {
+ public:
+  double secondsSinceMidnight() override;
+  DateTime now() override;
+  void sleep(std::chrono::milliseconds duration) override;
+};
+
+}  // namespace tellaxis::platform::windows

@@ -1,0 +1,134 @@
+// Files of Windows: looking up, copying, moving, deleting, reading and writing.
+#include "platform/windows/files.h"
+
+#include <algorithm>
+
+#include "platform/windows/file_operations.h"
+#include "platform/windows/native.h"
+
+namespace tellaxis::platform::windows {
+
+namespace {
+
+class OpenFile : public InputFile {
+ public:
+  OpenFile(UniqueHandle handle, std::string path, Trace& trace)
+      : handle_(std::move(handle)), path_(std::move(path)), trace_(trace) {}
+
+  std::optional<std::size_t> read(std::span<char> buffer) override {
+    DWORD got = 0;
+    if (ReadFile(handle_.get(), buffer.data(), static_cast<DWORD>(buffer.size()), &got, nullptr)) return got;
+    failed(trace_, "read", path_);
+    return std::nullopt;
+  }
+
+ private:
+  UniqueHandle handle_;
+  std::string path_;
+  Trace& trace_;
+};
+
+std::wstring upperCase(std::wstring text) {
+  CharUpperBuffW(text.data(), static_cast<DWORD>(text.size()));
+  return text;
+}
+
+void sortWithoutRegardToCase(std::vector<std::wstring>& names) {
+  std::ranges::sort(names, [](const std::wstring& left, const std::wstring& right) {
+    const std::wstring upperLeft = upperCase(left);
+    const std::wstring upperRight = upperCase(right);
+    return upperLeft != upperRight ? upperLeft < upperRight : left < right;
+  });
+}
+
+}  // namespace
+
+bool Files::exists(std::string_view path) { return findFile(wide(path)).has_value(); }
+
+std::optional<std::string> Files::lookUp(std::string_view path) {
+  const auto name = findFile(wide(path));
+  return name ? narrow(*name) : std::nullopt;
+}
+
+bool Files::folderExists(std::string_view path) {
+  const DWORD attributes = GetFileAttributesW(wide(path).c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+bool Files::createFolder(std::string_view path) {
+  return CreateDirectoryW(wide(path).c_str(), nullptr) || failed(trace_, "createFolder", path);
+}
+
+std::optional<std::vector<std::string>> Files::list(std::string_view folder) {
+  auto found = filesOf(wide(folder));
+  if (!found) {
+    failed(trace_, "list", folder);
+    return std::nullopt;
+  }
+  sortWithoutRegardToCase(*found);
+  std::vector<std::string> names;
+  for (const std::wstring& name : *found) {
+    if (auto narrowName = narrow(name))
+      names.push_back(std::move(*narrowName));
+    else
+      failed(trace_, "list", narrowForReading(name), "il nome ha caratteri che non si possono usare");
+  }
+  return names;
+}
+
+bool Files::copy(std::string_view from, std::string_view to) {
+  const std::wstring target = wide(to);
+  const std::wstring temporary = temporaryBeside(target);
+  if (!CopyFileW(wide(from).c_str(), temporary.c_str(), TRUE)) return failed(trace_, "copy", from);
+  // A copy inherits the mark that keeps its original from being written over.
+  SetFileAttributesW(temporary.c_str(), FILE_ATTRIBUTE_NORMAL);
+  return replaceFile(temporary, target) || failed(trace_, "copy", to);
+}
+
+bool Files::move(std::string_view from, std::string_view to) {
+  const std::wstring source = wide(from);
+  // Opening without sharing the right to write fails while anybody has the file open for writing; held open until the
+  // file has its new name, it keeps new writers out.
+  const UniqueHandle guard = owned(CreateFileW(source.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE,
+                                               nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (!guard) return failed(trace_, "move", from);
+  return MoveFileExW(source.c_str(), wide(to).c_str(), MOVEFILE_COPY_ALLOWED) || failed(trace_, "move", from);
+}
+
+bool Files::remove(std::string_view path) {
+  return DeleteFileW(wide(path).c_str()) || failed(trace_, "remove", path);
+}
+
+bool Files::removeAll(std::string_view folder) {
+  const std::wstring wideFolder = wide(folder);
+  const auto names = filesOf(wideFolder);
+  if (!names) return failed(trace_, "removeAll", folder);
+  bool allGone = true;
+  for (const std::wstring& name : *names) {
+    if (DeleteFileW((wideFolder + L'\\' + name).c_str())) continue;
+    allGone = failed(trace_, "removeAll", std::string(folder) + "\\" + narrowForReading(name));
+  }
+  return allGone;
+}
+
+std::unique_ptr<InputFile> Files::openInput(std::string_view path) {
+  UniqueHandle handle = owned(CreateFileW(wide(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                          OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+  if (handle) return std::make_unique<OpenFile>(std::move(handle), std::string(path), trace_);
+  failed(trace_, "openInput", path);
+  return nullptr;
+}
+
+bool Files::append(std::string_view path, std::string_view text) {
+  const UniqueHandle handle = owned(CreateFileW(wide(path).c_str(), FILE_APPEND_DATA, FILE_SHARE_READ, nullptr,
+                                                OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+  return (handle && writeAll(handle.get(), text)) || failed(trace_, "append", path);
+}
+
+bool Files::create(std::string_view path, std::string_view text, bool ownerOnly) {
+  const std::wstring target = wide(path);
+  const std::wstring temporary = temporaryBeside(target);
+  return (createWith(temporary, text, ownerOnly) && replaceFile(temporary, target)) || failed(trace_, "create", path);
+}
+
+}  // namespace tellaxis::platform::windows

@@ -1,0 +1,30 @@
+// Files of Windows: the file system by its wide-character operations.
+#pragma once
+
+#include "platform/files.h"
+#include "platform/trace.h"
+
+namespace tellaxis::platform::windows {
+
+class Files : public platform::Files {
+ public:
+  explicit Files(Trace& trace) : trace_(trace) {}
+
+  bool exists(std::string_view path) override;
+  std::optional<std::string> lookUp(std::string_view path) override;
+  bool folderExists(std::string_view path) override;
+  bool createFolder(std::string_view path) override;
+  std::optional<std::vector<std::string>> list(std::string_view folder) override;
+  bool copy(std::string_view from, std::string_view to) override;
+  bool move(std::string_view from, std::string_view to) override;
+  bool remove(std::string_view path) override;
+  bool removeAll(std::string_view folder) override;
+  std::unique_ptr<InputFile> openInput(std::string_view path) override;
+  bool append(std::string_view path, std::string_view text) override;
+  bool create(std::string_view path, std::string_view text, bool ownerOnly) override;
+
+ private:
+  Trace& trace_;
+};
+
+}  // namespace tellaxis::platform::windows

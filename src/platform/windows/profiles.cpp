@@ -1,0 +1,43 @@
+// Profiles of Windows: keys read and written by GetPrivateProfileStringA and WritePrivateProfileStringA.
+#include "platform/windows/profiles.h"
+
+#include "platform/windows/native.h"
+
+namespace tellaxis::platform::windows {
+
+namespace {
+
+/// A text as the system takes it: with its ending NUL, or absent.
+class OptionalText {
+ public:
+  explicit OptionalText(std::optional<std::string_view> text) : present_(text.has_value()), text_(text.value_or("")) {}
+  const char* get() const { return present_ ? text_.c_str() : nullptr; }
+
+ private:
+  bool present_;
+  std::string text_;
+};
+
+}  // namespace
+
+std::string Profiles::read(std::optional<std::string_view> section, std::optional<std::string_view> key,
+                           std::string_view fallback, std::size_t size, std::string_view file) {
+  // Without a name the system would read a file of its own.
+  if (file.empty() || size == 0) return std::string(fallback.substr(0, size == 0 ? 0 : size - 1));
+  std::string buffer(size, '\0');
+  const DWORD length = GetPrivateProfileStringA(OptionalText(section).get(), OptionalText(key).get(),
+                                                std::string(fallback).c_str(), buffer.data(),
+                                                static_cast<DWORD>(buffer.size()), std::string(file).c_str());
+  buffer.resize(length);
+  return buffer;
+}
+
+bool Profiles::write(std::string_view section, std::optional<std::string_view> key,
+                     std::optional<std::string_view> value, std::string_view file) {
+  if (file.empty()) return failed(trace_, "WritePrivateProfileString", file, "manca il nome del file");
+  return WritePrivateProfileStringA(std::string(section).c_str(), OptionalText(key).get(), OptionalText(value).get(),
+                                    std::string(file).c_str()) != 0 ||
+         failed(trace_, "WritePrivateProfileString", file);
+}
+
+}  // namespace tellaxis::platform::windows
