@@ -14,6 +14,11 @@ constexpr DWORD unseen = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN | FILE
 struct SearchCloser {
   void operator()(HANDLE search) const { FindClose(search); }
 };
+using Search = std::unique_ptr<void, SearchCloser>;
+
+Search startSearch(const std::wstring& pattern, WIN32_FIND_DATAW& found) {
+  return Search(owned(FindFirstFileW(pattern.c_str(), &found)).release());
+}
 
 /// A list of rights that names the present user and nobody else.
 class OwnerOnly {
@@ -60,7 +65,7 @@ void discard(const std::wstring& path) {
 std::optional<std::wstring> findFile(const std::wstring& path) {
   if (path.find_first_of(L"*?") != std::wstring::npos) return std::nullopt;
   WIN32_FIND_DATAW found;
-  const std::unique_ptr<void, SearchCloser> search(owned(FindFirstFileW(path.c_str(), &found)).release());
+  const Search search = startSearch(path, found);
   if (!search || (found.dwFileAttributes & unseen) != 0) return std::nullopt;
   return found.cFileName;
 }
@@ -68,7 +73,7 @@ std::optional<std::wstring> findFile(const std::wstring& path) {
 std::optional<std::vector<std::wstring>> filesOf(const std::wstring& folder) {
   std::vector<std::wstring> names;
   WIN32_FIND_DATAW found;
-  const std::unique_ptr<void, SearchCloser> search(owned(FindFirstFileW((folder + L"\\*").c_str(), &found)).release());
+  const Search search = startSearch(folder + L"\\*", found);
   if (!search) {
     if (GetLastError() == ERROR_FILE_NOT_FOUND) return names;
     return std::nullopt;

@@ -95,9 +95,7 @@ bool Files::move(std::string_view from, std::string_view to) {
   return MoveFileExW(source.c_str(), wide(to).c_str(), MOVEFILE_COPY_ALLOWED) || failed(trace_, "move", from);
 }
 
-bool Files::remove(std::string_view path) {
-  return DeleteFileW(wide(path).c_str()) || failed(trace_, "remove", path);
-}
+bool Files::remove(std::string_view path) { return DeleteFileW(wide(path).c_str()) || failed(trace_, "remove", path); }
 
 bool Files::removeAll(std::string_view folder) {
   const std::wstring wideFolder = wide(folder);

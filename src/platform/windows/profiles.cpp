@@ -25,17 +25,19 @@ std::string Profiles::read(std::optional<std::string_view> section, std::optiona
   // Without a name the system would read a file of its own.
   if (file.empty() || size == 0) return std::string(fallback.substr(0, size == 0 ? 0 : size - 1));
   std::string buffer(size, '\0');
-  const DWORD length = GetPrivateProfileStringA(OptionalText(section).get(), OptionalText(key).get(),
-                                                std::string(fallback).c_str(), buffer.data(),
-                                                static_cast<DWORD>(buffer.size()), std::string(file).c_str());
+  const DWORD length =
+      GetPrivateProfileStringA(OptionalText(section).get(), OptionalText(key).get(), std::string(fallback).c_str(),
+                               buffer.data(), static_cast<DWORD>(buffer.size()), std::string(file).c_str());
   buffer.resize(length);
   return buffer;
 }
 
-bool Profiles::write(std::string_view section, std::optional<std::string_view> key,
+bool Profiles::write(std::optional<std::string_view> section, std::optional<std::string_view> key,
                      std::optional<std::string_view> value, std::string_view file) {
   if (file.empty()) return failed(trace_, "WritePrivateProfileString", file, "manca il nome del file");
-  return WritePrivateProfileStringA(std::string(section).c_str(), OptionalText(key).get(), OptionalText(value).get(),
+  // The system takes an absent section for a request to empty its cache.
+  if (!section) return failed(trace_, "WritePrivateProfileString", file, "manca la sezione");
+  return WritePrivateProfileStringA(OptionalText(section).get(), OptionalText(key).get(), OptionalText(value).get(),
                                     std::string(file).c_str()) != 0 ||
          failed(trace_, "WritePrivateProfileString", file);
 }

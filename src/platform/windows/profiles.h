@@ -12,8 +12,8 @@ class Profiles : public platform::Profiles {
 
   std::string read(std::optional<std::string_view> section, std::optional<std::string_view> key,
                    std::string_view fallback, std::size_t size, std::string_view file) override;
-  bool write(std::string_view section, std::optional<std::string_view> key, std::optional<std::string_view> value,
-             std::string_view file) override;
+  bool write(std::optional<std::string_view> section, std::optional<std::string_view> key,
+             std::optional<std::string_view> value, std::string_view file) override;
 
  private:
   Trace& trace_;

@@ -1,7 +1,7 @@
 /* XP compatibility: GetTickCount64, which the static thread library imports and kernel32 has only from Vista on. */
 #include <windows.h>
 
-typedef ULONGLONG(WINAPI *Counter)(void);
+typedef ULONGLONG(WINAPI* Counter)(void);
 
 /* Milliseconds counted by GetTickCount, with the turns of its 32 bits. Looked at at least once in 49 days. */
 static ULONGLONG WINAPI countTurns(void) {
@@ -16,7 +16,7 @@ static ULONGLONG WINAPI tickCount64(void) {
   static Counter counter;
   if (!counter) {
     FARPROC found = GetProcAddress(GetModuleHandleA("kernel32.dll"), "GetTickCount64");
-    counter = found ? (Counter)(void *)found : countTurns;
+    counter = found ? (Counter)(void*)found : countTurns;
   }
   return counter();
 }

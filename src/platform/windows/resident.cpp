@@ -1,0 +1,83 @@
+// Resident on Windows: a mutex for the main folder, and console events as the wish to stop.
+#include "platform/resident.h"
+
+#include <atomic>
+
+#include "platform/windows/native.h"
+
+namespace tellaxis::platform {
+
+namespace {
+
+using windows::owned;
+using windows::UniqueHandle;
+
+class MutexLock : public InstanceLock {
+ public:
+  explicit MutexLock(UniqueHandle mutex) : mutex_(std::move(mutex)) {}
+
+ private:
+  UniqueHandle mutex_;
+};
+
+/// The same text for every spelling of a folder: what the file system knows it by, else its name in capitals.
+std::wstring identityOf(const std::wstring& folder) {
+  const UniqueHandle opened =
+      owned(CreateFileW(folder.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                        OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+  BY_HANDLE_FILE_INFORMATION information;
+  if (opened && GetFileInformationByHandle(opened.get(), &information))
+    return std::to_wstring(information.dwVolumeSerialNumber) + L"-" + std::to_wstring(information.nFileIndexHigh) +
+           L"-" + std::to_wstring(information.nFileIndexLow);
+  std::wstring name = folder;
+  CharUpperBuffW(name.data(), static_cast<DWORD>(name.size()));
+  for (wchar_t& letter : name)
+    if (letter == L'\\') letter = L'/';
+  return name;
+}
+
+/// Set by the first wish to stop; the system's own thread comes to `consoleEvent`.
+std::atomic<HANDLE> stopWish = nullptr;
+
+BOOL WINAPI consoleEvent(DWORD kind) {
+  const HANDLE wish = stopWish;
+  const bool second = wish == nullptr || WaitForSingleObject(wish, 0) == WAIT_OBJECT_0;
+  if (second) return FALSE;
+  SetEvent(wish);
+  // When the console closes or the user leaves, the system ends the program as soon as this returns.
+  if (kind != CTRL_C_EVENT && kind != CTRL_BREAK_EVENT) Sleep(INFINITE);
+  return TRUE;
+}
+
+}  // namespace
+
+std::string programFolder() {
+  std::wstring path(32'768, L'\0');
+  path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
+  const std::size_t separator = path.find_last_of(L'\\');
+  return windows::utf8(path.substr(0, separator));
+}
+
+std::unique_ptr<InstanceLock> lockMainFolder(std::string_view mainFolder) {
+  const std::wstring name = L"Global\\Tellaxis " + identityOf(windows::wideFromUtf8(mainFolder));
+  UniqueHandle mutex(CreateMutexW(nullptr, FALSE, name.c_str()));
+  if (!mutex || GetLastError() == ERROR_ALREADY_EXISTS) return nullptr;
+  return std::make_unique<MutexLock>(std::move(mutex));
+}
+
+StopRequest::StopRequest() {
+  stopWish = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+  SetConsoleCtrlHandler(consoleEvent, TRUE);
+}
+
+StopRequest::~StopRequest() {
+  SetConsoleCtrlHandler(consoleEvent, FALSE);
+  CloseHandle(stopWish.exchange(nullptr));
+}
+
+bool StopRequest::waitFor(std::chrono::milliseconds duration) {
+  const auto milliseconds = duration.count() > 0 ? static_cast<DWORD>(duration.count()) : 0;
+  return WaitForSingleObject(stopWish, milliseconds) == WAIT_OBJECT_0;
+}
+
+}  // namespace tellaxis::platform
