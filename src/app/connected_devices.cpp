@@ -1,21 +1,25 @@
 // Connected devices: which folder serves which call. A device that has no folder yet is left alone.
 #include "app/connected_devices.h"
 
+#include "connect/take_over.h"
+#include "display/display.h"
+#include "display/setup.h"
 #include "fiscal/invia.h"
+#include "fiscal/setup.h"
 
 namespace tellaxis {
 
-void ConnectedDevices::LanciaFileDisplay() {}
+void ConnectedDevices::LanciaFileDisplay() { tellaxis::LanciaFileDisplay(bridge_); }
 void ConnectedDevices::MF_Invia(std::string_view jobFile) { tellaxis::MF_Invia(bridge_, jobFile); }
 void ConnectedDevices::LanciaFileRF() {}
 void ConnectedDevices::Cort_StampaFile(std::string_view /*jobFile*/) {}
 
-void ConnectedDevices::Display_StartUP_Valori() {}
-void ConnectedDevices::Display_StartUP_Orbis() {}
-void ConnectedDevices::MF_StartUP_Valori() {}
-void ConnectedDevices::MF_StartUP_Orbis() {}
-void ConnectedDevices::FTP_StartUP_Orbis() {}
-void ConnectedDevices::WEB_StartUP_Orbis() {}
+void ConnectedDevices::Display_StartUP_Valori() { tellaxis::Display_StartUP_Valori(bridge_); }
+void ConnectedDevices::Display_StartUP_Orbis() { tellaxis::Display_StartUP_Orbis(bridge_); }
+void ConnectedDevices::MF_StartUP_Valori() { tellaxis::MF_StartUP_Valori(bridge_); }
+void ConnectedDevices::MF_StartUP_Orbis() { tellaxis::MF_StartUP_Orbis(bridge_); }
+void ConnectedDevices::FTP_StartUP_Orbis() { tellaxis::FTP_StartUP_Orbis(bridge_); }
+void ConnectedDevices::WEB_StartUP_Orbis() { tellaxis::WEB_StartUP_Orbis(bridge_); }
 void ConnectedDevices::RF_StartUP_Valori() {}
 void ConnectedDevices::Cort_StartUP_Valori() {}
 void ConnectedDevices::Cort_StartUP_Orbis() {}
