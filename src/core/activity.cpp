@@ -1,0 +1,62 @@
+// Activity: noting jobs around the devices' own operations.
+#include "core/activity.h"
+
+#include <utility>
+
+#include "core/step_failed.h"
+
+namespace tellaxis {
+
+namespace {
+
+std::string_view bareName(std::string_view path) { return path.substr(path.find_last_of("\\/:") + 1); }
+
+}  // namespace
+
+void Activity::begin(Device device, std::string_view jobFile) {
+  running_ = device;
+  job_ = LastJob{.name = std::string(bareName(jobFile))};
+}
+
+void Activity::end(platform::Clock& clock) {
+  if (!job_) return;
+  job_->ended = clock.now();
+  job_->second = static_cast<int>(clock.secondsSinceMidnight()) % 60;
+  lastJobs_[static_cast<std::size_t>(running_)] = std::exchange(job_, std::nullopt);
+}
+
+void Activity::failed(std::string_view operation, std::string_view subject, std::string_view reason) {
+  if (!job_ || !job_->failure.empty()) return;
+  job_->failure = std::string(operation) + " " + std::string(subject) + ": " + std::string(reason);
+}
+
+template <typename Job>
+void NotedDevices::note(Device device, std::string_view jobFile, Job job) {
+  activity_.begin(device, jobFile);
+  try {
+    job();
+  } catch (const StepFailed& failure) {
+    activity_.failed("stampa", jobFile, failure.what());
+    activity_.end(bridge_.host.clock);
+    throw;
+  }
+  activity_.end(bridge_.host.clock);
+}
+
+void NotedDevices::LanciaFileDisplay() {
+  note(Device::display, bridge_.settings.Display_File, [&] { devices_.LanciaFileDisplay(); });
+}
+
+void NotedDevices::MF_Invia(std::string_view jobFile) {
+  note(Device::fiscalPrinter, jobFile, [&] { devices_.MF_Invia(jobFile); });
+}
+
+void NotedDevices::LanciaFileRF() {
+  note(Device::slipPrinter, bridge_.settings.RF_File, [&] { devices_.LanciaFileRF(); });
+}
+
+void NotedDevices::Cort_StampaFile(std::string_view jobFile) {
+  note(Device::courtesyPrinter, jobFile, [&] { devices_.Cort_StampaFile(jobFile); });
+}
+
+}  // namespace tellaxis

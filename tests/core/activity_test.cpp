@@ -1,0 +1,105 @@
+// Activity: last jobs, their times and results.
+#include "core/activity.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "core/step_failed.h"
+#include "fake/computer.h"
+
+namespace tellaxis {
+namespace {
+
+class ScriptedDevices : public Devices {
+ public:
+  std::function<void()> job = [] {};
+  std::string lastCall;
+
+  void LanciaFileDisplay() override { run("LanciaFileDisplay"); }
+  void MF_Invia(std::string_view jobFile) override { run("MF_Invia " + std::string(jobFile)); }
+  void LanciaFileRF() override { run("LanciaFileRF"); }
+  void Cort_StampaFile(std::string_view jobFile) override { run("Cort_StampaFile " + std::string(jobFile)); }
+
+ private:
+  void run(std::string call) {
+    lastCall = std::move(call);
+    job();
+  }
+};
+
+class ActivityTest : public testing::Test {
+ protected:
+  fake::Computer computer;
+  Bridge bridge{computer.host};
+  ScriptedDevices devices;
+  Activity activity;
+  NotedDevices noted{devices, activity, bridge};
+
+  const LastJob& last(Device device) const { return activity.lastJob(device).value(); }
+};
+
+TEST_F(ActivityTest, NothingIsNotedBeforeTheFirstJob) {
+  for (const Device device : {Device::display, Device::fiscalPrinter, Device::slipPrinter, Device::courtesyPrinter})
+    EXPECT_FALSE(activity.lastJob(device).has_value());
+}
+
+TEST_F(ActivityTest, FiscalJobIsPassedOnAndNotedWithItsBareNameAndTime) {
+  computer.clock.seconds = 10 * 3600 + 5 * 60 + 42;
+  noted.MF_Invia("C:\\Tellaxis\\IN\\scontr.txt");
+  EXPECT_EQ(devices.lastCall, "MF_Invia C:\\Tellaxis\\IN\\scontr.txt");
+  EXPECT_EQ(last(Device::fiscalPrinter).name, "scontr.txt");
+  EXPECT_EQ(last(Device::fiscalPrinter).ended.hour, 10);
+  EXPECT_EQ(last(Device::fiscalPrinter).ended.minute, 5);
+  EXPECT_EQ(last(Device::fiscalPrinter).second, 42);
+  EXPECT_EQ(last(Device::fiscalPrinter).failure, "");
+  EXPECT_FALSE(activity.lastJob(Device::courtesyPrinter).has_value());
+}
+
+TEST_F(ActivityTest, EveryDeviceHasItsOwnLastJob) {
+  bridge.settings.Display_File = "C:\\DISP\\display.txt";
+  bridge.settings.RF_File = "C:\\RF\\ricevuta.txt";
+  noted.LanciaFileDisplay();
+  noted.LanciaFileRF();
+  EXPECT_EQ(devices.lastCall, "LanciaFileRF");
+  noted.Cort_StampaFile("preconto.txt");
+  EXPECT_EQ(last(Device::display).name, "display.txt");
+  EXPECT_EQ(last(Device::slipPrinter).name, "ricevuta.txt");
+  EXPECT_EQ(last(Device::courtesyPrinter).name, "preconto.txt");
+}
+
+TEST_F(ActivityTest, FirstFailingStepOfAJobIsItsResult) {
+  devices.job = [this] {
+    activity.failed("copy", "C:\\a", "manca");
+    activity.failed("start", "driver.exe", "non trovato");
+  };
+  noted.MF_Invia("a");
+  EXPECT_EQ(last(Device::fiscalPrinter).failure, "copy C:\\a: manca");
+}
+
+TEST_F(ActivityTest, StepsThatFailBetweenJobsBelongToNone) {
+  noted.MF_Invia("a");
+  activity.failed("remove", "C:\\a", "manca");
+  EXPECT_EQ(last(Device::fiscalPrinter).failure, "");
+  noted.MF_Invia("b");
+  EXPECT_EQ(last(Device::fiscalPrinter).failure, "");
+}
+
+TEST_F(ActivityTest, AJobThatLeftAtOnceIsNotedAndLeavesAllTheSame) {
+  bridge.settings.RF_File = "C:\\RF\\ricevuta.txt";
+  devices.job = [] { throw StepFailed("EndDoc"); };
+  EXPECT_THROW(noted.LanciaFileRF(), StepFailed);
+  EXPECT_EQ(last(Device::slipPrinter).failure, "stampa C:\\RF\\ricevuta.txt: EndDoc");
+}
+
+TEST_F(ActivityTest, AGoodJobClearsTheFailureBefore) {
+  devices.job = [this] { activity.failed("copy", "C:\\a", "manca"); };
+  noted.Cort_StampaFile("a");
+  devices.job = [] {};
+  noted.Cort_StampaFile("b");
+  EXPECT_EQ(last(Device::courtesyPrinter).failure, "");
+  EXPECT_EQ(last(Device::courtesyPrinter).name, "b");
+}
+
+}  // namespace
+}  // namespace tellaxis
