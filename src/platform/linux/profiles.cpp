@@ -1,0 +1,179 @@
+// Profiles: the INI files of a Linux computer, used by many threads and processes at once.
+#include "platform/linux/profiles.h"
+
+#include <fcntl.h>
+
+#include <cerrno>
+#include <optional>
+#include <thread>
+#include <utility>
+
+#include "platform/linux/profile_file.h"
+#include "platform/linux/profile_text.h"
+#include "platform/linux/reason.h"
+
+namespace tellaxis::platform {
+
+namespace {
+
+using Deadline = std::chrono::steady_clock::time_point;
+
+constexpr std::chrono::milliseconds waitStep{1};
+
+/// A file that was not changed for this long is not half-written, whoever keeps it open.
+constexpr std::chrono::seconds settled{2};
+
+constexpr std::string_view lockedReason = "il file \xE8 bloccato da un altro programma";
+constexpr std::string_view openElsewhereReason = "un altro programma sta scrivendo il file";
+constexpr std::string_view folderBusyReason = "la cartella \xE8 bloccata da un altro programma";
+constexpr std::string_view changingReason = "il file continua a cambiare";
+constexpr std::string_view noSectionReason = "manca la sezione";
+
+/// Sleeps one step; false when the time is over.
+bool waitUntil(Deadline deadline) {
+  if (std::chrono::steady_clock::now() >= deadline) return false;
+  std::this_thread::sleep_for(waitStep);
+  return true;
+}
+
+bool isSettled(const struct stat& facts) {
+  const auto changed = std::chrono::seconds(facts.st_mtim.tv_sec);
+  return std::chrono::system_clock::now().time_since_epoch() - changed > settled;
+}
+
+/// True while waiting may bring a whole text.
+bool isHeld(const ProfileFile& file) {
+  return file.state() == FileState::locked || (file.state() == FileState::openElsewhere && !isSettled(file.facts()));
+}
+
+std::string_view upToNul(std::string_view text) { return text.substr(0, text.find('\0')); }
+
+std::optional<std::string_view> upToNul(std::optional<std::string_view> text) {
+  if (text) text = upToNul(*text);
+  return text;
+}
+
+/// `text` as it fits into a buffer of `size` bytes with an ending NUL.
+std::string_view fitted(std::string_view text, std::size_t size) { return text.substr(0, size == 0 ? 0 : size - 1); }
+
+/// A list as it fits with another NUL behind it; one that does not is cut and its last name ended.
+std::string fittedList(std::string names, std::size_t size) {
+  if (names.size() + 2 > size) names.resize(size < 2 ? 0 : size - 2);
+  return names;
+}
+
+std::string_view withoutTrailingBlanks(std::string_view text) {
+  while (text.ends_with(' ')) text.remove_suffix(1);
+  return text;
+}
+
+std::string answer(std::string_view text, std::optional<std::string_view> section, std::optional<std::string_view> key,
+                   std::string_view fallback, std::size_t size) {
+  if (!section) return fittedList(listSections(text), size);
+  if (!key) {
+    std::string keys = listKeys(text, *section);
+    return keys.empty() ? std::string(fitted(fallback, size)) : fittedList(std::move(keys), size);
+  }
+  return std::string(fitted(findValue(text, *section, *key).value_or(fallback), size));
+}
+
+/// What is to be stored, as `editFor` takes it.
+struct Change {
+  std::string_view section;
+  std::optional<std::string_view> key;
+  std::optional<std::string_view> value;
+
+  std::optional<TextEdit> editOf(std::string_view text) const { return editFor(text, section, key, value); }
+};
+
+std::string edited(std::string_view text, const TextEdit& edit) {
+  std::string result;
+  result.reserve(text.size() - (edit.end - edit.begin) + edit.replacement.size());
+  return result.append(text.substr(0, edit.begin)).append(edit.replacement).append(text.substr(edit.end));
+}
+
+/// How one attempt to store ended. A passing reason is worth another attempt.
+struct Attempt {
+  enum class End { done, passing, failed } end = End::done;
+  std::string reason;
+};
+
+Attempt passing(std::string_view reason) { return {Attempt::End::passing, std::string(reason)}; }
+
+Attempt failure(int error) { return {Attempt::End::failed, reasonOf(error)}; }
+
+Attempt attempt(const std::string& path, const Change& change) {
+  const std::optional<std::string> target = linkTarget(path);
+  if (!target) return failure(ELOOP);
+  const std::size_t folderEnd = target->rfind('/');
+  const std::string name = target->substr(folderEnd + 1);
+  if (name.empty()) return failure(ENOENT);
+  const FolderLock lock(folderEnd == std::string::npos ? "." : target->substr(0, folderEnd + 1));
+  if (lock.error() == EWOULDBLOCK) return passing(folderBusyReason);
+  if (lock.error() != 0) return failure(lock.error());
+  const ProfileFile current(lock.folder(), name.c_str());
+  switch (current.state()) {
+    case FileState::locked: return passing(lockedReason);
+    case FileState::openElsewhere: return passing(openElsewhereReason);
+    case FileState::failed: return failure(current.error());
+    case FileState::absent:
+    case FileState::read: break;
+  }
+  const auto edit = change.editOf(current.text());
+  if (!edit) return {};
+  int error = 0;
+  switch (replaceFile(lock, name.c_str(), current, edited(current.text(), *edit), error)) {
+    case Replaced::done: return {};
+    case Replaced::changedMeanwhile: return passing(changingReason);
+    case Replaced::failed: break;
+  }
+  return failure(error);
+}
+
+/// True when the file already says so, found without a lock: the way of nearly every write.
+bool alreadySaid(const std::string& path, const Change& change) {
+  const ProfileFile current(AT_FDCWD, path.c_str());
+  return current.state() == FileState::read && !change.editOf(current.text());
+}
+
+Attempt store(const std::string& path, const Change& change, std::chrono::milliseconds patience) {
+  if (alreadySaid(path, change)) return {};
+  const Deadline deadline = std::chrono::steady_clock::now() + patience;
+  for (;;) {
+    Attempt result = attempt(path, change);
+    if (result.end != Attempt::End::passing || !waitUntil(deadline)) return result;
+  }
+}
+
+}  // namespace
+
+LinuxProfiles::LinuxProfiles(std::function<std::string(std::string_view)> resolve, Trace& trace, ProfileWaits waits)
+    : resolve_(std::move(resolve)), trace_(trace), waits_(waits) {}
+
+std::string LinuxProfiles::read(std::optional<std::string_view> section, std::optional<std::string_view> key,
+                                std::string_view fallback, std::size_t size, std::string_view file) {
+  section = upToNul(section);
+  key = upToNul(key);
+  fallback = withoutTrailingBlanks(upToNul(fallback));
+  const std::string path = resolve_(file);
+  const Deadline deadline = std::chrono::steady_clock::now() + waits_.read;
+  for (;;) {
+    const ProfileFile current(AT_FDCWD, path.c_str());
+    if (isHeld(current) && waitUntil(deadline)) continue;
+    if (current.state() == FileState::locked) trace_.failed("lettura INI", file, lockedReason);
+    if (current.state() == FileState::failed) trace_.failed("lettura INI", file, reasonOf(current.error()));
+    if (current.state() == FileState::read || current.state() == FileState::openElsewhere)
+      return answer(current.text(), section, key, fallback, size);
+    return std::string(fitted(fallback, size));
+  }
+}
+
+bool LinuxProfiles::write(std::optional<std::string_view> section, std::optional<std::string_view> key,
+                          std::optional<std::string_view> value, std::string_view file) {
+  Attempt result{Attempt::End::failed, std::string(noSectionReason)};
+  if (section) result = store(resolve_(file), {upToNul(*section), upToNul(key), upToNul(value)}, waits_.write);
+  if (result.end != Attempt::End::done) trace_.failed("scrittura INI", file, result.reason);
+  return result.end == Attempt::End::done;
+}
+
+}  // namespace tellaxis::platform

@@ -1,0 +1,41 @@
+// Profiles: the INI files of a Linux computer, used by many threads and processes at once.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "platform/profiles.h"
+#include "platform/trace.h"
+
+namespace tellaxis::platform {
+
+/// How long an access waits for a file that another process holds.
+struct ProfileWaits {
+  std::chrono::milliseconds read{20};     ///< then the file counts as locked
+  std::chrono::milliseconds write{2000};  ///< then the write fails
+};
+
+/// INI files by the rules of Windows' private-profile operations, byte for byte. A write replaces the file as a whole,
+/// so that readers and a sudden end of the program never see half of it, and keeps its mode and owner; a symbolic link
+/// stays and its target is replaced. Texts end at their first NUL, as the system's own operations take them.
+class LinuxProfiles : public Profiles {
+ public:
+  /// `resolve` turns a Windows path into a native one. Both arguments live as long as this object and may be used by
+  /// several threads.
+  LinuxProfiles(std::function<std::string(std::string_view)> resolve, Trace& trace, ProfileWaits waits = {});
+
+  std::string read(std::optional<std::string_view> section, std::optional<std::string_view> key,
+                   std::string_view fallback, std::size_t size, std::string_view file) override;
+
+  bool write(std::optional<std::string_view> section, std::optional<std::string_view> key,
+             std::optional<std::string_view> value, std::string_view file) override;
+
+ private:
+  std::function<std::string(std::string_view)> resolve_;
+  Trace& trace_;
+  ProfileWaits waits_;
+};
+
+}  // namespace tellaxis::platform
