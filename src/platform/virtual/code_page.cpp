@@ -74,6 +74,15 @@ std::string utf8FromCodePage(std::string_view text) {
   return utf8;
 }
 
+bool isUtf8(std::string_view text) {
+  while (!text.empty()) {
+    const std::size_t length = decodeFront(text).length;
+    if (length == 0) return false;
+    text.remove_prefix(length);
+  }
+  return true;
+}
+
 std::optional<std::string> codePageFromUtf8(std::string_view text) {
   std::string bytes;
   while (!text.empty()) {

@@ -15,6 +15,9 @@ std::string utf8FromCodePage(std::string_view text);
 /// Appends the UTF-8 form of `character` to `text`.
 void appendUtf8(std::string& text, char32_t character);
 
+/// True for well-formed UTF-8.
+bool isUtf8(std::string_view text);
+
 /// Nothing when `text` is not UTF-8 or has a character that the code page lacks.
 std::optional<std::string> codePageFromUtf8(std::string_view text);
 

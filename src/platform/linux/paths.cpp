@@ -1,0 +1,113 @@
+// Paths: drives, separators, encodings and the look-up without regard to case.
+#include "platform/linux/paths.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <utility>
+
+#include "platform/linux/folder.h"
+#include "platform/virtual/code_page.h"
+#include "platform/virtual/letter_case.h"
+
+namespace tellaxis::platform {
+
+namespace {
+
+bool isSeparator(char c) { return c == '\\' || c == '/'; }
+
+bool isLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
+
+std::string withSlashes(std::string_view text) {
+  std::string native = utf8FromCodePage(text);
+  std::replace(native.begin(), native.end(), '\\', '/');
+  return native;
+}
+
+bool existsAsSpelled(const std::string& native) {
+  struct stat status {};
+  return ::lstat(native.c_str(), &status) == 0;
+}
+
+/// Finds the entry of a folder that differs from `name` in case alone; of several the first by its bytes. Nothing when
+/// there is none, or an entry spelled so after all.
+std::optional<std::string> entryLike(const Descriptor& folder, std::string_view name) {
+  const auto wanted = textOfName(name);
+  if (!wanted) return std::nullopt;
+  const bool plain = std::all_of(name.begin(), name.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
+  const char first = upperCase(wanted->front());
+  std::optional<std::string> found;
+  bool asSpelled = false;
+  readFolder(folder, [&](const dirent64& entry) {
+    if (plain && upperCase(entry.d_name[0]) != first) return;
+    const std::string_view entryName(entry.d_name);
+    if (plain && entryName.size() != name.size()) return;
+    const bool like = plain ? equalIgnoringCase(entryName, name)
+                            : equalIgnoringCase(textOfName(entryName).value_or(std::string()), *wanted);
+    asSpelled = asSpelled || (like && entryName == name);
+    if (like && (!found || entryName < *found)) found = std::string(entryName);
+  });
+  return asSpelled ? std::nullopt : found;
+}
+
+/// Length of the part of `native` before its last name, ending separators left out.
+std::size_t folderLength(std::string_view native) {
+  const std::size_t slash = native.rfind('/');
+  return slash == std::string_view::npos ? 0 : slash + 1;
+}
+
+}  // namespace
+
+Paths::Paths(std::string mainFolder, std::map<char, std::string> drives)
+    : mainFolder_(std::move(mainFolder)), drives_(std::move(drives)) {}
+
+std::optional<std::string> Paths::spelled(std::string_view path) const {
+  if (path.empty() || path.find('\0') != std::string_view::npos) return std::nullopt;
+  if (path.size() < 2 || path[1] != ':' || !isLetter(path[0])) return withSlashes(path);
+  const char letter = upperCase(path[0]);
+  const auto drive = drives_.find(letter);
+  const std::string folder =
+      drive != drives_.end() ? drive->second : mainFolder_ + "/drive_" + static_cast<char>(letter - 'A' + 'a');
+  return folder + '/' + withSlashes(path.substr(path.size() > 2 && isSeparator(path[2]) ? 3 : 2));
+}
+
+std::optional<std::string> Paths::resolve(std::string_view path) const {
+  auto native = spelled(path);
+  if (!native || existsAsSpelled(*native) || (errno != ENOENT && errno != ENOTDIR)) return native;
+  return otherSpelling(*native).path;
+}
+
+Spelling otherSpelling(const std::string& native) {
+  std::string_view whole = native;
+  while (whole.size() > 1 && whole.back() == '/') whole.remove_suffix(1);
+  const std::string_view name = whole.substr(folderLength(whole));
+  std::string folder(whole.substr(0, folderLength(whole)));
+  const bool dots = name == "." || name == "..";
+  if (name.empty() || (dots && folder.empty())) return {.path = native};
+  if (dots) {
+    const Spelling other = otherSpelling(folder);
+    return {.path = other.path + native.substr(folder.size()), .exists = other.exists};
+  }
+
+  Descriptor opened = openFolder(folder.empty() ? "." : folder);
+  if (!opened && (errno == ENOENT || errno == ENOTDIR) && !folder.empty()) {
+    const Spelling other = otherSpelling(folder);
+    if (!other.exists) return {.path = other.path + (other.path.ends_with('/') ? "" : "/") + std::string(name)};
+    folder = other.path + (other.path.ends_with('/') ? "" : "/");
+    opened = openFolder(folder);
+    if (opened && existsAsSpelled(folder + std::string(name)))
+      return {.path = folder + std::string(native.substr(folderLength(whole))), .exists = true};
+  }
+  const std::string_view ending = std::string_view(native).substr(whole.size());
+  const auto found = opened ? entryLike(opened, name) : std::nullopt;
+  return {.path = folder + found.value_or(std::string(name)) + std::string(ending), .exists = found.has_value()};
+}
+
+std::optional<std::string> textOfName(std::string_view name) {
+  if (auto text = codePageFromUtf8(name)) return text;
+  if (!isUtf8(name)) return std::string(name);
+  return std::nullopt;
+}
+
+std::string_view lastName(std::string_view native) { return native.substr(folderLength(native)); }
+
+}  // namespace tellaxis::platform

@@ -1,0 +1,48 @@
+// Paths: from Windows paths in code page 1252 to native ones.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tellaxis::platform {
+
+/// A backslash separates folders as a slash does; a drive letter is a folder; bytes above 127 become UTF-8. Without a
+/// drive a path is native.
+class Paths {
+ public:
+  /// Native folders. `drives` by upper-case letter; a letter that it lacks is the folder "drive_c" (and so on) of the
+  /// main folder.
+  Paths(std::string mainFolder, std::map<char, std::string> drives);
+
+  /// The native path spelled as `path` is, whether it exists or not; nothing for an empty path or one with a NUL.
+  std::optional<std::string> spelled(std::string_view path) const;
+
+  /// The native path of what `path` names on the disk: each component that does not exist as spelled is looked up
+  /// without regard to case. What does not exist at all keeps its spelling. Nothing for an empty path or one with a
+  /// NUL.
+  std::optional<std::string> resolve(std::string_view path) const;
+
+ private:
+  std::string mainFolder_;
+  std::map<char, std::string> drives_;
+};
+
+/// Another spelling of a path of which something does not exist as spelled.
+struct Spelling {
+  std::string path;     ///< in it every folder that exists is spelled as on the disk
+  bool exists = false;  ///< the whole path names something, in this spelling
+};
+
+/// Looks a native path up without regard to case, after it was found that nothing exists there as spelled.
+Spelling otherSpelling(const std::string& native);
+
+/// A name on the disk in code page 1252; nothing when it has a character without a place there. A name that is no valid
+/// UTF-8 is taken to be in code page 1252 already.
+std::optional<std::string> textOfName(std::string_view name);
+
+/// The last component of a native path.
+std::string_view lastName(std::string_view native);
+
+}  // namespace tellaxis::platform

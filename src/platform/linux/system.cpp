@@ -1,0 +1,82 @@
+// System: the services of a Linux computer, put together.
+#include "platform/system.h"
+
+#include <csignal>
+#include <utility>
+
+#include "platform/linux/clock.h"
+#include "platform/linux/dialogs.h"
+#include "platform/linux/files.h"
+#include "platform/linux/locale.h"
+#include "platform/linux/paths.h"
+#include "platform/linux/processes.h"
+#include "platform/linux/profiles.h"
+#include "platform/linux/trace.h"
+#include "platform/linux/tray.h"
+#include "platform/virtual/absent_ftp_clients.h"
+#include "platform/virtual/absent_serial_ports.h"
+#include "platform/virtual/recording_printer.h"
+
+namespace tellaxis::platform {
+
+namespace {
+
+std::unique_ptr<Trace> makeTrace(bool wanted) {
+  if (wanted) return std::make_unique<ErrorTrace>();
+  return std::make_unique<NoTrace>();
+}
+
+class LinuxSystem : public System {
+ public:
+  LinuxSystem(const SystemOptions& options, RegionalSettings regional)
+      : trace_(makeTrace(options.trace)),
+        paths_(options.mainFolder, options.drives),
+        locale_(std::move(regional)),
+        profiles_([this](std::string_view path) { return paths_.resolve(path).value_or(std::string()); }, *trace_),
+        files_(paths_, *trace_),
+        processes_(paths_, *trace_),
+        serialPorts_(*trace_),
+        printer_(
+            {}, nullptr, [](std::string_view) { return std::nullopt; }, *trace_),
+        tray_(*trace_),
+        ftpClients_(*trace_) {}
+
+  Host& host() override { return host_; }
+
+ private:
+  std::unique_ptr<Trace> trace_;
+  Paths paths_;
+  LinuxLocale locale_;
+  LinuxClock clock_;
+  LinuxProfiles profiles_;
+  LinuxFiles files_;
+  LinuxProcesses processes_;
+  AbsentSerialPorts serialPorts_;
+  RecordingPrinter printer_;
+  ConsoleDialogs dialogs_;
+  NoTray tray_;
+  AbsentFtpClients ftpClients_;
+  Host host_{.profiles = profiles_,
+             .files = files_,
+             .clock = clock_,
+             .processes = processes_,
+             .serialPorts = serialPorts_,
+             .Printer = printer_,
+             .dialogs = dialogs_,
+             .tray = tray_,
+             .ftpClients = ftpClients_,
+             .locale = locale_,
+             .trace = *trace_};
+};
+
+}  // namespace
+
+std::variant<std::unique_ptr<System>, SystemError> openSystem(const SystemOptions& options) {
+  const auto regional = options.localeName ? settingsOfLocale(*options.localeName) : settingsOfEnvironment();
+  if (!regional) return SystemError{"--locale " + *options.localeName + ": impostazioni internazionali sconosciute"};
+  // A pipe whose reader has gone is a failing step, not the program's end.
+  ::signal(SIGPIPE, SIG_IGN);
+  return std::make_unique<LinuxSystem>(options, *regional);
+}
+
+}  // namespace tellaxis::platform
