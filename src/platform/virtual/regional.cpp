@@ -48,7 +48,9 @@ constexpr Region regions[] = {
      .groupSeparator = '.',
      .trueWord = "Verdadero",
      .falseWord = "Falso",
-     .weekdays = {"domingo", "lunes", "martes", "mi\xE9rcoles", "jueves", "viernes", "s\xE1" "bado"}},
+     .weekdays = {"domingo", "lunes", "martes", "mi\xE9rcoles", "jueves", "viernes",
+                  "s\xE1"
+                  "bado"}},
 };
 
 RegionalSettings settingsOf(const Region& region) {
