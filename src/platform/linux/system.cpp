@@ -7,13 +7,13 @@
 #include "platform/linux/clock.h"
 #include "platform/linux/dialogs.h"
 #include "platform/linux/files.h"
+#include "platform/linux/ftp_client.h"
 #include "platform/linux/locale.h"
 #include "platform/linux/paths.h"
 #include "platform/linux/processes.h"
 #include "platform/linux/profiles.h"
 #include "platform/linux/trace.h"
 #include "platform/linux/tray.h"
-#include "platform/virtual/absent_ftp_clients.h"
 #include "platform/virtual/absent_serial_ports.h"
 #include "platform/virtual/recording_printer.h"
 
@@ -39,7 +39,7 @@ class LinuxSystem : public System {
         printer_(
             {}, nullptr, [](std::string_view) { return std::nullopt; }, *trace_),
         tray_(*trace_),
-        ftpClients_(*trace_) {}
+        ftpClients_(paths_, *trace_) {}
 
   Host& host() override { return host_; }
 
@@ -55,7 +55,7 @@ class LinuxSystem : public System {
   RecordingPrinter printer_;
   ConsoleDialogs dialogs_;
   NoTray tray_;
-  AbsentFtpClients ftpClients_;
+  LinuxFtpClients ftpClients_;
   Host host_{.profiles = profiles_,
              .files = files_,
              .clock = clock_,

@@ -1,0 +1,78 @@
+// FTP address: schemes, host names and ports; names as parts of a URL.
+#include "platform/linux/ftp_address.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+
+namespace tellaxis::platform {
+
+namespace {
+
+struct Scheme {
+  std::string_view prefix;
+  std::string_view url;
+  bool demandsTls;
+};
+
+constexpr Scheme schemes[] = {
+    {.prefix = "ftpes://", .url = "ftp://", .demandsTls = true},
+    {.prefix = "ftps://", .url = "ftps://", .demandsTls = true},
+    {.prefix = "ftp://", .url = "ftp://", .demandsTls = false},
+};
+constexpr Scheme plain{.prefix = "", .url = "ftp://", .demandsTls = false};
+
+bool isLetterOrDigit(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9'); }
+
+bool startsWithIgnoringCase(std::string_view text, std::string_view beginning) {
+  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+  return text.size() >= beginning.size() && std::ranges::equal(text.substr(0, beginning.size()), beginning, {}, lower);
+}
+
+const Scheme& schemeOf(std::string_view server) {
+  for (const Scheme& scheme : schemes)
+    if (startsWithIgnoringCase(server, scheme.prefix)) return scheme;
+  return plain;
+}
+
+/// A name, an IPv4 number, or an IPv6 number in brackets.
+bool isHost(std::string_view host) {
+  const bool bracketed = host.starts_with('[') && host.ends_with(']');
+  if (bracketed) host = host.substr(1, host.size() - 2);
+  return !host.empty() && std::ranges::all_of(host, [bracketed](char c) {
+    return isLetterOrDigit(c) || c == '.' || c == '-' || (bracketed ? c == ':' : c == '_');
+  });
+}
+
+bool isPort(std::string_view text) {
+  std::uint16_t port = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
+  return error == std::errc{} && end == text.data() + text.size() && port != 0;
+}
+
+}  // namespace
+
+std::optional<FtpAddress> ftpAddressFrom(std::string_view server) {
+  const Scheme& scheme = schemeOf(server);
+  server.remove_prefix(scheme.prefix.size());
+  const std::size_t bracket = server.rfind(']');
+  const std::size_t colon = server.find(':', bracket == std::string_view::npos ? 0 : bracket);
+  if (!isHost(server.substr(0, colon))) return std::nullopt;
+  if (colon != std::string_view::npos && !isPort(server.substr(colon + 1))) return std::nullopt;
+  return FtpAddress{.root = std::string(scheme.url) + std::string(server) + "/", .demandsTls = scheme.demandsTls};
+}
+
+std::string urlOf(const FtpAddress& address, std::string_view name) {
+  constexpr std::string_view hexadecimal = "0123456789ABCDEF";
+  std::string url = address.root;
+  for (const char c : name) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (isLetterOrDigit(c) || c == '.' || c == '-' || c == '_')
+      url += c;
+    else
+      url.append({'%', hexadecimal[byte >> 4U], hexadecimal[byte & 15U]});
+  }
+  return url;
+}
+
+}  // namespace tellaxis::platform

@@ -1,0 +1,34 @@
+// FTP clients of Linux: transfers by libcurl.
+#pragma once
+
+#include <chrono>
+
+#include "platform/ftp_client.h"
+#include "platform/linux/paths.h"
+#include "platform/trace.h"
+
+namespace tellaxis::platform {
+
+/// How long a server is waited for.
+struct FtpPatience {
+  std::chrono::seconds connection{15};  ///< until logged in
+  std::chrono::seconds stall{60};       ///< without a byte or an answer
+};
+
+/// Passive transfers, active ones with a server that refuses these. Texts go over the line byte by byte as the settings
+/// hold them, in code page 1252. An empty user is an anonymous one. With TLS the server's certificate must be vouched
+/// for by the system's authorities, or by those in the file that SSL_CERT_FILE names. Proxies and ~/.netrc don't count.
+class LinuxFtpClients : public FtpClients {
+ public:
+  LinuxFtpClients(const Paths& paths, Trace& trace, FtpPatience patience = {})
+      : paths_(paths), trace_(trace), patience_(patience) {}
+
+  std::unique_ptr<FtpClient> create() override;
+
+ private:
+  const Paths& paths_;
+  Trace& trace_;
+  FtpPatience patience_;
+};
+
+}  // namespace tellaxis::platform
