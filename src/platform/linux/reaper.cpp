@@ -4,7 +4,10 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/eventfd.h>
+// This header forgets to say that its functions are C.
+extern "C" {
 #include <sys/pidfd.h>
+}
 #include <sys/wait.h>
 
 #include <cerrno>
