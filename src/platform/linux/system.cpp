@@ -2,6 +2,8 @@
 #include "platform/system.h"
 
 #include <csignal>
+#include <filesystem>
+#include <map>
 #include <utility>
 
 #include "platform/linux/clock.h"
@@ -12,9 +14,10 @@
 #include "platform/linux/paths.h"
 #include "platform/linux/processes.h"
 #include "platform/linux/profiles.h"
+#include "platform/linux/serial_port.h"
 #include "platform/linux/trace.h"
 #include "platform/linux/tray.h"
-#include "platform/virtual/absent_serial_ports.h"
+#include "platform/virtual/devices_file.h"
 #include "platform/virtual/recording_printer.h"
 
 namespace tellaxis::platform {
@@ -26,16 +29,31 @@ std::unique_ptr<Trace> makeTrace(bool wanted) {
   return std::make_unique<NoTrace>();
 }
 
+/// The devices file that was named, or that of the main folder where there is one.
+std::variant<DevicesFile, DevicesFileError> devicesOf(const SystemOptions& options) {
+  if (options.devicesFile) return readDevicesFile(*options.devicesFile);
+  const std::string usual = options.mainFolder + "/devices.toml";
+  std::error_code ignored;
+  if (!std::filesystem::exists(usual, ignored)) return DevicesFile{};
+  return readDevicesFile(usual);
+}
+
+std::map<int, std::string> serialDevices(const DevicesFile& devices, const std::string& mainFolder) {
+  std::map<int, std::string> paths;
+  for (const SerialDefinition& line : devices.serialLines) paths[line.port] = underMainFolder(line.device, mainFolder);
+  return paths;
+}
+
 class LinuxSystem : public System {
  public:
-  LinuxSystem(const SystemOptions& options, RegionalSettings regional)
+  LinuxSystem(const SystemOptions& options, RegionalSettings regional, const DevicesFile& devices)
       : trace_(makeTrace(options.trace)),
         paths_(options.mainFolder, options.drives),
         locale_(std::move(regional)),
         profiles_([this](std::string_view path) { return paths_.resolve(path).value_or(std::string()); }, *trace_),
         files_(paths_, *trace_),
         processes_(paths_, *trace_),
-        serialPorts_(*trace_),
+        serialPorts_(serialDevices(devices, options.mainFolder), *trace_),
         printer_(
             {}, nullptr, [](std::string_view) { return std::nullopt; }, *trace_),
         tray_(*trace_),
@@ -51,7 +69,7 @@ class LinuxSystem : public System {
   LinuxProfiles profiles_;
   LinuxFiles files_;
   LinuxProcesses processes_;
-  AbsentSerialPorts serialPorts_;
+  LinuxSerialPorts serialPorts_;
   RecordingPrinter printer_;
   ConsoleDialogs dialogs_;
   NoTray tray_;
@@ -74,9 +92,11 @@ class LinuxSystem : public System {
 std::variant<std::unique_ptr<System>, SystemError> openSystem(const SystemOptions& options) {
   const auto regional = options.localeName ? settingsOfLocale(*options.localeName) : settingsOfEnvironment();
   if (!regional) return SystemError{"--locale " + *options.localeName + ": impostazioni internazionali sconosciute"};
+  const auto devices = devicesOf(options);
+  if (const auto* error = std::get_if<DevicesFileError>(&devices)) return SystemError{error->message};
   // A pipe whose reader has gone is a failing step, not the program's end.
   ::signal(SIGPIPE, SIG_IGN);
-  return std::make_unique<LinuxSystem>(options, *regional);
+  return std::make_unique<LinuxSystem>(options, *regional, std::get<DevicesFile>(devices));
 }
 
 }  // namespace tellaxis::platform
