@@ -2,6 +2,8 @@
 #include "app/connected_devices.h"
 
 #include "connect/take_over.h"
+#include "courtesy/entry.h"
+#include "courtesy/setup.h"
 #include "display/display.h"
 #include "display/setup.h"
 #include "fiscal/invia.h"
@@ -12,7 +14,7 @@ namespace tellaxis {
 void ConnectedDevices::LanciaFileDisplay() { tellaxis::LanciaFileDisplay(bridge_); }
 void ConnectedDevices::MF_Invia(std::string_view jobFile) { tellaxis::MF_Invia(bridge_, jobFile); }
 void ConnectedDevices::LanciaFileRF() {}
-void ConnectedDevices::Cort_StampaFile(std::string_view /*jobFile*/) {}
+void ConnectedDevices::Cort_StampaFile(std::string_view jobFile) { tellaxis::Cort_StampaFile(bridge_, jobFile); }
 
 void ConnectedDevices::Display_StartUP_Valori() { tellaxis::Display_StartUP_Valori(bridge_); }
 void ConnectedDevices::Display_StartUP_Orbis() { tellaxis::Display_StartUP_Orbis(bridge_); }
@@ -21,8 +23,8 @@ void ConnectedDevices::MF_StartUP_Orbis() { tellaxis::MF_StartUP_Orbis(bridge_);
 void ConnectedDevices::FTP_StartUP_Orbis() { tellaxis::FTP_StartUP_Orbis(bridge_); }
 void ConnectedDevices::WEB_StartUP_Orbis() { tellaxis::WEB_StartUP_Orbis(bridge_); }
 void ConnectedDevices::RF_StartUP_Valori() {}
-void ConnectedDevices::Cort_StartUP_Valori() {}
-void ConnectedDevices::Cort_StartUP_Orbis() {}
+void ConnectedDevices::Cort_StartUP_Valori() { tellaxis::Cort_StartUP_Valori(bridge_); }
+void ConnectedDevices::Cort_StartUP_Orbis() { tellaxis::Cort_StartUP_Orbis(bridge_); }
 void ConnectedDevices::IconaAggiungi() {}
 
 }  // namespace tellaxis

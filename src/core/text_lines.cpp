@@ -6,6 +6,7 @@ namespace tellaxis {
 std::optional<std::string_view> TextLines::next() {
   line_.clear();
   bool any = false;
+  ended_ = false;
   for (std::string_view rest = bytes_.rest(); !rest.empty(); rest = bytes_.rest()) {
     if (std::exchange(afterCarriageReturn_, false) && rest.front() == '\n') {
       bytes_.take(1);
@@ -17,6 +18,7 @@ std::optional<std::string_view> TextLines::next() {
     if (end != std::string_view::npos) {
       afterCarriageReturn_ = rest[end] == '\r';
       bytes_.take(end + 1);
+      ended_ = true;
       return line_;
     }
     bytes_.take(rest.size());

@@ -22,6 +22,9 @@ class TextLines {
   /// read to its end is not given, nor is any after it.
   std::optional<std::string_view> next();
 
+  /// Whether the line given last has an end; only the last line of a file may have none.
+  bool ended() const { return ended_; }
+
   /// True when there is no next line because the file could not be opened or read.
   bool failed() const { return bytes_.failed(); }
 
@@ -32,6 +35,7 @@ class TextLines {
   InputBytes bytes_;
   std::string line_;
   bool afterCarriageReturn_ = false;
+  bool ended_ = false;
 };
 
 }  // namespace tellaxis

@@ -119,6 +119,14 @@ TEST(TextLines, TellTheEndFromAFailure) {
   EXPECT_EQ(reads, 2) << "a file that failed is not read again";
 }
 
+TEST(TextLines, TellWhetherTheLastLineHasAnEnd) {
+  TextLines lines(std::make_unique<ChunkedText>("uno\r\ndue", 8));
+  lines.next();
+  EXPECT_TRUE(lines.ended());
+  lines.next();
+  EXPECT_FALSE(lines.ended());
+}
+
 TEST(TextLines, CloseEndsThem) {
   int reads = 0;
   TextLines lines(std::make_unique<BrokenText>("uno\r\ndue\r\n", reads));

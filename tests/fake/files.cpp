@@ -17,8 +17,13 @@ std::string withoutBackslash(std::string_view folder) {
 /// Reads a text in memory; each read is a call.
 class InputText : public platform::InputFile {
  public:
-  InputText(Journal& journal, std::string path, std::string text)
-      : journal_(journal), path_(std::move(path)), text_(std::move(text)) {}
+  InputText(Journal& journal, std::multiset<std::string>& open, std::string path, std::string text)
+      : journal_(journal), open_(open), path_(std::move(path)), text_(std::move(text)) {
+    open_.insert(lower(path_));
+  }
+  ~InputText() override { open_.erase(open_.find(lower(path_))); }
+  InputText(const InputText&) = delete;
+  InputText& operator=(const InputText&) = delete;
 
   std::optional<std::size_t> read(std::span<char> buffer) override {
     if (!journal_.record("read " + path_)) return std::nullopt;
@@ -30,6 +35,7 @@ class InputText : public platform::InputFile {
 
  private:
   Journal& journal_;
+  std::multiset<std::string>& open_;
   std::string path_;
   std::string text_;
   std::size_t position_ = 0;
@@ -83,14 +89,14 @@ bool Files::copy(std::string_view from, std::string_view to) {
 
 bool Files::move(std::string_view from, std::string_view to) {
   if (!journal_.record("move " + std::string(from) + " -> " + std::string(to))) return false;
-  if (!has(from) || has(to) || held_.contains(lower(from))) return false;
+  if (!has(from) || has(to) || isInUse(from)) return false;
   put(to, text(from));
   erase(from);
   return true;
 }
 
 bool Files::remove(std::string_view path) {
-  if (!journal_.record("remove " + std::string(path)) || !has(path) || held_.contains(lower(path))) return false;
+  if (!journal_.record("remove " + std::string(path)) || !has(path) || isInUse(path)) return false;
   erase(path);
   return true;
 }
@@ -103,7 +109,7 @@ bool Files::removeAll(std::string_view folder) {
 
 std::unique_ptr<platform::InputFile> Files::openInput(std::string_view path) {
   if (!journal_.record("openInput " + std::string(path)) || !has(path)) return nullptr;
-  return std::make_unique<InputText>(journal_, std::string(path), text(path));
+  return std::make_unique<InputText>(journal_, open_, std::string(path), text(path));
 }
 
 bool Files::append(std::string_view path, std::string_view text) {

@@ -25,6 +25,8 @@ class Files : public platform::Files {
   /// A file that its writer still has open: it cannot be moved or deleted.
   void hold(std::string_view path) { held_.insert(lower(path)); }
   void release(std::string_view path) { held_.erase(lower(path)); }
+  /// Whether the program has a file open for reading; until it closes it, the file cannot be moved or deleted.
+  bool isOpen(std::string_view path) const { return open_.contains(lower(path)); }
 
   bool exists(std::string_view path) override;
   std::optional<std::string> lookUp(std::string_view path) override;
@@ -45,6 +47,7 @@ class Files : public platform::Files {
     std::string text;
   };
 
+  bool isInUse(std::string_view path) const { return held_.contains(lower(path)) || isOpen(path); }
   /// Bare names of the files of a folder, sorted.
   std::vector<std::string> namesIn(std::string_view folder) const;
 
@@ -52,6 +55,7 @@ class Files : public platform::Files {
   std::map<std::string, File> files_;
   std::set<std::string> folders_;
   std::set<std::string> held_;
+  std::multiset<std::string> open_;
 };
 
 }  // namespace tellaxis::fake

@@ -53,4 +53,16 @@ inline void sweepFailingSteps(const RunWithFailure& run, const std::vector<WhenF
   EXPECT_GE(met, exceptions.size()) << "an exception names a call that was never made";
 }
 
+/// For every call of an undisturbed run, of a procedure that leaves at its first failing step: the run in which that
+/// call fails must make no call after it.
+inline void sweepLeavingSteps(const RunWithFailure& run) {
+  const Calls undisturbed = run(0);
+  ASSERT_FALSE(undisturbed.empty());
+  for (std::size_t k = 0; k < undisturbed.size(); ++k) {
+    const Calls expected(undisturbed.begin(), undisturbed.begin() + static_cast<std::ptrdiff_t>(k) + 1);
+    EXPECT_THAT(run(k + 1), testing::ElementsAreArray(expected))
+        << "with call " << k + 1 << " failing: " << undisturbed[k];
+  }
+}
+
 }  // namespace tellaxis::fake

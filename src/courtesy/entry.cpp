@@ -1,0 +1,13 @@
+// Entry: from the printer type to what prints on it.
+#include "courtesy/entry.h"
+
+#include "courtesy/printer_types.h"
+
+namespace tellaxis {
+
+void Cort_StampaFile(Bridge& bridge, std::string_view jobFile) {
+  for (const CourtesyPrinterType& type : courtesyPrinterTypes)
+    if (type.name == bridge.settings.Cort_Printer && type.print != nullptr) return type.print(bridge, jobFile);
+}
+
+}  // namespace tellaxis
