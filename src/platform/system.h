@@ -20,6 +20,7 @@ struct SystemOptions {
   std::optional<std::string> devicesFile;  ///< absent: devices.toml of the main folder, where it exists
   std::optional<std::string> localeName;   ///< "it_IT"; absent: the user's own
   bool trace = false;                      ///< print failing steps on standard error
+  Trace* alsoTold = nullptr;               ///< who else hears of failing steps
 };
 
 /// Owner of all services.

@@ -18,15 +18,18 @@
 #include "platform/linux/trace.h"
 #include "platform/linux/tray.h"
 #include "platform/virtual/devices_file.h"
+#include "platform/virtual/listened_trace.h"
 #include "platform/virtual/recording_printer.h"
 
 namespace tellaxis::platform {
 
 namespace {
 
-std::unique_ptr<Trace> makeTrace(bool wanted) {
-  if (wanted) return std::make_unique<ErrorTrace>();
-  return std::make_unique<NoTrace>();
+std::unique_ptr<Trace> makeTrace(const SystemOptions& options) {
+  std::unique_ptr<Trace> trace = std::make_unique<NoTrace>();
+  if (options.trace) trace = std::make_unique<ErrorTrace>();
+  if (options.alsoTold != nullptr) trace = std::make_unique<ListenedTrace>(std::move(trace), *options.alsoTold);
+  return trace;
 }
 
 /// The devices file that was named, or that of the main folder where there is one.
@@ -47,7 +50,7 @@ std::map<int, std::string> serialDevices(const DevicesFile& devices, const std::
 class LinuxSystem : public System {
  public:
   LinuxSystem(const SystemOptions& options, RegionalSettings regional, const DevicesFile& devices)
-      : trace_(makeTrace(options.trace)),
+      : trace_(makeTrace(options)),
         paths_(options.mainFolder, options.drives),
         locale_(std::move(regional)),
         profiles_([this](std::string_view path) { return paths_.resolve(path).value_or(std::string()); }, *trace_),

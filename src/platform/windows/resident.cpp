@@ -3,13 +3,13 @@
 
 #include <atomic>
 
+#include "platform/windows/folder_identity.h"
 #include "platform/windows/native.h"
 
 namespace tellaxis::platform {
 
 namespace {
 
-using windows::owned;
 using windows::UniqueHandle;
 
 class MutexLock : public InstanceLock {
@@ -19,22 +19,6 @@ class MutexLock : public InstanceLock {
  private:
   UniqueHandle mutex_;
 };
-
-/// The same text for every spelling of a folder: what the file system knows it by, else its name in capitals.
-std::wstring identityOf(const std::wstring& folder) {
-  const UniqueHandle opened =
-      owned(CreateFileW(folder.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                        OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
-  BY_HANDLE_FILE_INFORMATION information;
-  if (opened && GetFileInformationByHandle(opened.get(), &information))
-    return std::to_wstring(information.dwVolumeSerialNumber) + L"-" + std::to_wstring(information.nFileIndexHigh) +
-           L"-" + std::to_wstring(information.nFileIndexLow);
-  std::wstring name = folder;
-  CharUpperBuffW(name.data(), static_cast<DWORD>(name.size()));
-  for (wchar_t& letter : name)
-    if (letter == L'\\') letter = L'/';
-  return name;
-}
 
 /// Set by the first wish to stop; the system's own thread comes to `consoleEvent`.
 std::atomic<HANDLE> stopWish = nullptr;
@@ -59,7 +43,7 @@ std::string programFolder() {
 }
 
 std::unique_ptr<InstanceLock> lockMainFolder(std::string_view mainFolder) {
-  const std::wstring name = L"Global\\Tellaxis " + identityOf(windows::wideFromUtf8(mainFolder));
+  const std::wstring name = L"Global\\Tellaxis " + windows::folderIdentity(windows::wideFromUtf8(mainFolder));
   UniqueHandle mutex(CreateMutexW(nullptr, FALSE, name.c_str()));
   if (!mutex || GetLastError() == ERROR_ALREADY_EXISTS) return nullptr;
   return std::make_unique<MutexLock>(std::move(mutex));
