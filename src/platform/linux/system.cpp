@@ -12,6 +12,7 @@
 #include "platform/linux/ftp_client.h"
 #include "platform/linux/locale.h"
 #include "platform/linux/paths.h"
+#include "platform/linux/printers.h"
 #include "platform/linux/processes.h"
 #include "platform/linux/profiles.h"
 #include "platform/linux/serial_port.h"
@@ -19,7 +20,6 @@
 #include "platform/linux/tray.h"
 #include "platform/virtual/devices_file.h"
 #include "platform/virtual/listened_trace.h"
-#include "platform/virtual/recording_printer.h"
 
 namespace tellaxis::platform {
 
@@ -57,8 +57,8 @@ class LinuxSystem : public System {
         files_(paths_, *trace_),
         processes_(paths_, *trace_),
         serialPorts_(serialDevices(devices, options.mainFolder), *trace_),
-        printer_(
-            {}, nullptr, [](std::string_view) { return std::nullopt; }, *trace_),
+        printer_(openPrinters(
+            devices, options.mainFolder, [this](std::string_view path) { return paths_.resolve(path); }, *trace_)),
         tray_(*trace_),
         ftpClients_(paths_, *trace_) {}
 
@@ -73,7 +73,7 @@ class LinuxSystem : public System {
   LinuxFiles files_;
   LinuxProcesses processes_;
   LinuxSerialPorts serialPorts_;
-  RecordingPrinter printer_;
+  std::unique_ptr<PrinterObject> printer_;
   ConsoleDialogs dialogs_;
   NoTray tray_;
   LinuxFtpClients ftpClients_;
@@ -82,7 +82,7 @@ class LinuxSystem : public System {
              .clock = clock_,
              .processes = processes_,
              .serialPorts = serialPorts_,
-             .Printer = printer_,
+             .Printer = *printer_,
              .dialogs = dialogs_,
              .tray = tray_,
              .ftpClients = ftpClients_,

@@ -1,0 +1,35 @@
+// Print libraries: loading what only a computer that prints pages or has queues needs.
+#include "platform/linux/print_libraries.h"
+
+#include <dlfcn.h>
+
+#include "platform/virtual/code_page.h"
+
+namespace tellaxis::platform {
+
+namespace {
+
+/// The library stays loaded: what it is linked with cannot be unloaded.
+template <class Library>
+const Library* load(const char* file, const char* entry, Trace& trace) {
+  void* handle = dlopen(file, RTLD_NOW | RTLD_LOCAL);
+  void* symbol = handle == nullptr ? nullptr : dlsym(handle, entry);
+  if (symbol != nullptr) return reinterpret_cast<const Library* (*)()>(symbol)();
+  const char* reason = dlerror();
+  trace.failed("dlopen", file, reason == nullptr ? "" : nearestCodePage(reason));
+  return nullptr;
+}
+
+}  // namespace
+
+const PageLibrary* pageLibrary(Trace& trace) {
+  static const PageLibrary* library = load<PageLibrary>(pageLibraryFile, pageLibraryEntry, trace);
+  return library;
+}
+
+const CupsLibrary* cupsLibrary(Trace& trace) {
+  static const CupsLibrary* library = load<CupsLibrary>(cupsLibraryFile, cupsLibraryEntry, trace);
+  return library;
+}
+
+}  // namespace tellaxis::platform

@@ -1,0 +1,14 @@
+// Print libraries: loading what only a computer that prints pages or has queues needs.
+#pragma once
+
+#include "platform/linux/cups/cups_library.h"
+#include "platform/linux/pages/page_library.h"
+#include "platform/trace.h"
+
+namespace tellaxis::platform {
+
+/// Loaded at the first call; null when it cannot be loaded, which is reported to the trace once.
+const PageLibrary* pageLibrary(Trace& trace);
+const CupsLibrary* cupsLibrary(Trace& trace);
+
+}  // namespace tellaxis::platform
