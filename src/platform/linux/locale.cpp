@@ -67,7 +67,7 @@ std::optional<RegionalSettings> settingsOfLocale(const std::string& name) {
   const std::string region = name.substr(0, name.find_first_of(".@"));
   if (region == "C" || region == "POSIX") return italianSettings();
   if (auto known = regionalSettings(region)) return known;
-  if (name.find('/') == std::string::npos)
+  if (!region.empty() && name.find('/') == std::string::npos)
     for (const std::string& candidate : {region + ".UTF-8", name})
       if (const LocaleData data = openLocale(candidate); data != nullptr)
         if (auto settings = settingsOfData(data, name)) return settings;
