@@ -1,17 +1,14 @@
 // Dialogs of a program without a window: a line on standard error, answered at once.
 #include "platform/windows/dialogs.h"
 
-#include <cstdio>
+#include <string>
 
-#include "platform/windows/native.h"
+#include "platform/windows/standard_error.h"
 
 namespace tellaxis::platform::windows {
 
 Answer ConsoleDialogs::show(std::string_view text, std::string_view title, Buttons buttons) {
-  std::string line(title);
-  line.append(": ").append(text).append("\n");
-  std::fputs(utf8FromNarrow(line).c_str(), stderr);
-  std::fflush(stderr);
+  writeErrorLine(std::string(title).append(": ").append(text));
   return buttons == Buttons::yesNo ? Answer::yes : Answer::ok;
 }
 

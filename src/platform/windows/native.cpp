@@ -52,8 +52,6 @@ std::string utf8(std::wstring_view text) {
   return result;
 }
 
-std::string utf8FromNarrow(std::string_view text) { return utf8(wide(text)); }
-
 std::string systemReason(DWORD error) {
   wchar_t buffer[512];
   const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0,

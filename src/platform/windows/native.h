@@ -24,9 +24,6 @@ std::string narrowForReading(std::wstring_view text);
 std::wstring wideFromUtf8(std::string_view text);
 std::string utf8(std::wstring_view text);
 
-/// The same text in UTF-8, for a console.
-std::string utf8FromNarrow(std::string_view text);
-
 /// The system's own sentence for an error number, in code page 1252.
 std::string systemReason(DWORD error);
 
