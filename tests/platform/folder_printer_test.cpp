@@ -119,7 +119,9 @@ TEST_F(FolderPrinterTest, AFolderThatVanishedIsAFailedStep) {
   FolderPrinter printer(folder / "spool", nullptr, trace);
   const auto document = printer.open();
   document->add(line("x"));
-  std::filesystem::remove_all(folder.path("spool"));
+  std::error_code kept;
+  std::filesystem::remove_all(folder.path("spool"), kept);
+  if (kept) GTEST_SKIP() << "here no folder vanishes while a file in it is open";
   EXPECT_FALSE(document->finish());
   EXPECT_EQ(trace.lines.size(), 1U);
 }
