@@ -22,7 +22,7 @@ struct Typeface {
 /// The letters of a typeface; all measures are for a size of 1.
 struct Letters {
   struct Release {
-    void operator()(cairo_font_face_t* face) const { cairo_font_face_destroy(face); }
+    void operator()(cairo_font_face_t* fontFace) const { cairo_font_face_destroy(fontFace); }
   };
 
   std::unique_ptr<cairo_font_face_t, Release> face;
