@@ -8,12 +8,14 @@
 #include "display/setup.h"
 #include "fiscal/invia.h"
 #include "fiscal/setup.h"
+#include "slip/setup.h"
+#include "slip/slip_job.h"
 
 namespace tellaxis {
 
 void ConnectedDevices::LanciaFileDisplay() { tellaxis::LanciaFileDisplay(bridge_); }
 void ConnectedDevices::MF_Invia(std::string_view jobFile) { tellaxis::MF_Invia(bridge_, jobFile); }
-void ConnectedDevices::LanciaFileRF() {}
+void ConnectedDevices::LanciaFileRF() { tellaxis::LanciaFileRF(bridge_); }
 void ConnectedDevices::Cort_StampaFile(std::string_view jobFile) { tellaxis::Cort_StampaFile(bridge_, jobFile); }
 
 void ConnectedDevices::Display_StartUP_Valori() { tellaxis::Display_StartUP_Valori(bridge_); }
@@ -22,7 +24,7 @@ void ConnectedDevices::MF_StartUP_Valori() { tellaxis::MF_StartUP_Valori(bridge_
 void ConnectedDevices::MF_StartUP_Orbis() { tellaxis::MF_StartUP_Orbis(bridge_); }
 void ConnectedDevices::FTP_StartUP_Orbis() { tellaxis::FTP_StartUP_Orbis(bridge_); }
 void ConnectedDevices::WEB_StartUP_Orbis() { tellaxis::WEB_StartUP_Orbis(bridge_); }
-void ConnectedDevices::RF_StartUP_Valori() {}
+void ConnectedDevices::RF_StartUP_Valori() { tellaxis::RF_StartUP_Valori(bridge_); }
 void ConnectedDevices::Cort_StartUP_Valori() { tellaxis::Cort_StartUP_Valori(bridge_); }
 void ConnectedDevices::Cort_StartUP_Orbis() { tellaxis::Cort_StartUP_Orbis(bridge_); }
 void ConnectedDevices::IconaAggiungi() {}

@@ -1,0 +1,16 @@
+// Printers list: the form that shows every installed printer with its port.
+#pragma once
+
+#include "core/main_form.h"
+#include "platform/host.h"
+
+namespace tellaxis {
+
+struct fStampa_Porte {
+  TextBox txtListaStampanti;
+};
+
+/// Appends an entry for each installed printer.
+void Form_Load(platform::Host& host, fStampa_Porte& form);
+
+}  // namespace tellaxis
