@@ -1,18 +1,30 @@
 // Command line: the options of both programs, checked and turned into plain data.
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <variant>
 
+#include "platform/clock.h"
 #include "platform/system.h"
 
 namespace tellaxis {
+
+/// Staying to poll, or one operation and an end.
+enum class Command : std::uint8_t { stay, ftp, pianificate };
+
+/// Whether a program offers the commands that are one operation.
+enum class OneShots : std::uint8_t { refused, offered };
 
 /// What the arguments ask for.
 struct CommandLine {
   platform::SystemOptions system;
   int pollingInterval = 500;  ///< milliseconds
+  Command command = Command::stay;
+  std::string stationRole = "CLIENT";     ///< of `pianificate`
+  std::optional<platform::DateTime> now;  ///< of `pianificate`: the minute to pretend
 };
 
 /// The program is to print a text and end: on standard output with status 0, on standard error with another.
@@ -21,10 +33,12 @@ struct EndAtOnce {
   std::string text;
 };
 
+inline constexpr int statusNotTransferred = 1;
 inline constexpr int statusUnusable = 2;
 inline constexpr int statusSecondCopy = 3;
 
 /// Reads the arguments that follow the program's name, in UTF-8. An unusable one gives an Italian line that names it.
-std::variant<CommandLine, EndAtOnce> readCommandLine(std::string_view program, std::span<const std::string> arguments);
+std::variant<CommandLine, EndAtOnce> readCommandLine(std::string_view program, std::span<const std::string> arguments,
+                                                     OneShots oneShots = OneShots::refused);
 
 }  // namespace tellaxis

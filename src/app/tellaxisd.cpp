@@ -6,6 +6,7 @@
 
 #include "app/command_line.h"
 #include "app/connected_devices.h"
+#include "app/one_shot.h"
 #include "app/resident.h"
 #include "core/bridge.h"
 #include "platform/resident.h"
@@ -33,22 +34,35 @@ void sayReady() {
   std::fflush(stdout);
 }
 
+int stay(const CommandLine& line, const std::string& mainFolder) {
+  platform::StopRequest stop;
+  auto opened = platform::openSystem(line.system);
+  if (const auto* error = std::get_if<platform::SystemError>(&opened)) return complain(error->message, statusUnusable);
+  const auto lock = platform::lockMainFolder(line.system.mainFolder);
+  if (!lock) return complain("un'altra copia serve gi\xC3\xA0 la cartella " + line.system.mainFolder, statusSecondCopy);
+
+  Bridge bridge(std::get<std::unique_ptr<platform::System>>(opened)->host());
+  ConnectedDevices devices(bridge);
+  runResident(bridge, devices, devices, mainFolder, line.pollingInterval, stop, sayReady);
+  return 0;
+}
+
+/// Beside a copy that stays, or without one.
+int runOnce(const CommandLine& line, const std::string& mainFolder) {
+  auto opened = platform::openSystem(line.system);
+  if (const auto* error = std::get_if<platform::SystemError>(&opened)) return complain(error->message, statusUnusable);
+  platform::Host& host = std::get<std::unique_ptr<platform::System>>(opened)->host();
+  if (line.command == Command::ftp) return transferOnce(host, mainFolder) ? 0 : statusNotTransferred;
+  runScheduledOnce(host, mainFolder, line.stationRole, line.now);
+  return 0;
+}
+
 int run(const CommandLine& line) {
   const std::string& folder = line.system.mainFolder;
   const auto mainFolder = platform::codePageFromUtf8(folder);
   if (!mainFolder)
     return complain("--main-folder " + folder + ": il nome ha caratteri che non si possono usare", statusUnusable);
-
-  platform::StopRequest stop;
-  auto opened = platform::openSystem(line.system);
-  if (const auto* error = std::get_if<platform::SystemError>(&opened)) return complain(error->message, statusUnusable);
-  const auto lock = platform::lockMainFolder(folder);
-  if (!lock) return complain("un'altra copia serve gi\xC3\xA0 la cartella " + folder, statusSecondCopy);
-
-  Bridge bridge(std::get<std::unique_ptr<platform::System>>(opened)->host());
-  ConnectedDevices devices(bridge);
-  runResident(bridge, devices, devices, *mainFolder, line.pollingInterval, stop, sayReady);
-  return 0;
+  return line.command == Command::stay ? stay(line, *mainFolder) : runOnce(line, *mainFolder);
 }
 
 }  // namespace
@@ -56,7 +70,7 @@ int run(const CommandLine& line) {
 int main(int count, char** words) {
   try {
     const std::vector<std::string> arguments(words + 1, words + count);
-    const auto read = readCommandLine(program, arguments);
+    const auto read = readCommandLine(program, arguments, OneShots::offered);
     if (const auto* message = std::get_if<EndAtOnce>(&read)) return end(*message);
     return run(std::get<CommandLine>(read));
   } catch (const std::exception& failure) {

@@ -148,6 +148,12 @@ void setPointOfSaleFolder(Settings& settings, std::string folder) {
   settings.pointOfSaleSettingsFile = settings.pointOfSaleFolder + "\\_Local.ini";
 }
 
+void loadPointOfSaleFolder(Bridge& bridge) {
+  for (const Setting& row : catalogue())
+    if (row.loadedAs == "Orbis_Directory") store(bridge, row, read(bridge, row));
+  setPointOfSaleFolder(bridge.settings, bridge.settings.pointOfSaleFolder);
+}
+
 void CaricaImpostazioni(Bridge& bridge) {
   loadGroup(bridge, Group::generale);
   setPointOfSaleFolder(bridge.settings, bridge.settings.pointOfSaleFolder);

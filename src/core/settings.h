@@ -58,6 +58,9 @@ void setMainFolder(Settings& settings, std::string mainFolder);
 /// Fixes the paths that hang on the point-of-sale folder.
 void setPointOfSaleFolder(Settings& settings, std::string folder);
 
+/// Loads the point-of-sale folder alone, for operations that run without the start-up.
+void loadPointOfSaleFolder(Bridge& bridge);
+
 /// Loads every setting and shows it on the form. A value that cannot be converted leaves what was there; a display that
 /// is switched off leaves its other settings and its port alone.
 void CaricaImpostazioni(Bridge& bridge);

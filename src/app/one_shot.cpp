@@ -1,0 +1,60 @@
+// One-shot: single operations without the start-up.
+#include "app/one_shot.h"
+
+#include "connect/ftp.h"
+#include "connect/schedule.h"
+#include "core/bridge.h"
+#include "core/settings.h"
+
+namespace tellaxis {
+
+namespace {
+
+/// The computer's clock, whose calendar stands at a given minute.
+class PretendedClock : public platform::Clock {
+ public:
+  PretendedClock(platform::Clock& clock, const std::optional<platform::DateTime>& now) : clock_(clock), now_(now) {}
+
+  double secondsSinceMidnight() override { return clock_.secondsSinceMidnight(); }
+  platform::DateTime now() override { return now_ ? *now_ : clock_.now(); }
+  void sleep(std::chrono::milliseconds duration) override { clock_.sleep(duration); }
+
+ private:
+  platform::Clock& clock_;
+  const std::optional<platform::DateTime>& now_;
+};
+
+platform::Host withClock(const platform::Host& host, platform::Clock& clock) {
+  return {.profiles = host.profiles,
+          .files = host.files,
+          .clock = clock,
+          .processes = host.processes,
+          .serialPorts = host.serialPorts,
+          .Printer = host.Printer,
+          .dialogs = host.dialogs,
+          .tray = host.tray,
+          .ftpClients = host.ftpClients,
+          .locale = host.locale,
+          .trace = host.trace};
+}
+
+}  // namespace
+
+bool transferOnce(platform::Host& host, const std::string& mainFolder) {
+  Bridge bridge(host);
+  setMainFolder(bridge.settings, mainFolder);
+  return EseguiFTP(bridge);
+}
+
+void runScheduledOnce(platform::Host& host, const std::string& mainFolder, const std::string& stationRole,
+                      const std::optional<platform::DateTime>& now) {
+  PretendedClock clock(host.clock, now);
+  platform::Host pretended = withClock(host, clock);
+  Bridge bridge(pretended);
+  setMainFolder(bridge.settings, mainFolder);
+  loadPointOfSaleFolder(bridge);
+  bridge.form.Postazione.Text = stationRole;
+  OperazioniPianificate(bridge);
+}
+
+}  // namespace tellaxis
