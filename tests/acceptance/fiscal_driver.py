@@ -1,0 +1,57 @@
+"""Fiscal drivers: the simulator as the scenarios configure and start it."""
+
+import subprocess
+
+from harness import EMULATOR, TOOLS, ON_WINDOWS, program_path, tool
+
+PROGRAM_PROTOCOLS = ("ONDA DRIVER - 91", "NUCLEO DRIVER - 93", "GLOBE DRIVER - 106")
+
+
+def native(desk, windows_path):
+    return desk.c(windows_path[3:])
+
+
+def command_line(desk, *options, work=20):
+    """The setting of a driver program that takes C:\\MF\\in.txt and answers with C:\\MF\\out.txt."""
+    words = [tool("fiscal_driver_simulator"), "program", "--input", program_path(desk.c("MF\\in.txt"))]
+    words += ["--output", program_path(desk.c("MF\\out.txt")), "--receipts", program_path(desk.root / "receipts")]
+    words += ["--work", str(work), *options]
+    return " ".join(f'"{word}"' for word in words)
+
+
+def watching(desk, input_file, *options, work=20):
+    """Starts a driver that watches a file and consumes it; ended with the scenario."""
+    path = TOOLS / ("fiscal_driver_simulator" + (".exe" if ON_WINDOWS else ""))
+    arguments = ["watch", "--input", program_path(input_file), "--receipts", program_path(desk.root / "receipts")]
+    process = subprocess.Popen([*EMULATOR, str(path), *arguments, "--work", str(work), *options], stdin=subprocess.DEVNULL)
+
+    class Watching:
+        def kill(self):
+            process.terminate()
+            process.wait()
+
+    desk.programs.append(Watching())
+    return process
+
+
+def receipts(desk):
+    """The texts of the receipts that reached the driver, in order."""
+    folder = desk.root / "receipts"
+    return [file.read_bytes().decode("cp1252") for file in sorted(folder.glob("*.txt"))] if folder.exists() else []
+
+
+def configure(desk, protocol, delay=5, **more):
+    """Settings of an active fiscal printer with its log switched on; the delay is in hundredths of a second."""
+    desk.c("MF").mkdir(exist_ok=True)
+    desk.settings(
+        Orbis_Setting=0,
+        Orbis_Directory="C:\\MERIDIA",
+        MF_Active=-1,
+        MF_Prot=protocol,
+        MF_Type="91 - RCH ONDA",
+        MF_File="C:\\MF\\in.txt",
+        MF_File_Output="C:\\MF\\out.txt",
+        MF_Ritardo=delay,
+        MF_ChkLog=-1,
+        **more,
+    )
