@@ -143,13 +143,14 @@ class Desk:
 
     # The program
 
-    def arguments(self):
+    def arguments(self, polling=POLLING):
         drive = [] if ON_WINDOWS else ["--drive", f"C={self.drive_c}"]
-        return ["--main-folder", program_path(self.main), *drive, "--interval", str(int(POLLING * 1000)), "--locale", "it_IT"]
+        interval = str(int(polling * 1000))
+        return ["--main-folder", program_path(self.main), *drive, "--interval", interval, "--locale", "it_IT"]
 
-    def start(self, *more, environment=None):
+    def start(self, *more, polling=POLLING, environment=None):
         """Starts the bridge and waits until it polls."""
-        program = self.launch(*self.arguments(), *more, environment=environment)
+        program = self.launch(*self.arguments(polling), *more, environment=environment)
         program.wait_until_ready()
         return program
 
