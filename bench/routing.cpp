@@ -1,0 +1,171 @@
+// Routing: an idle tick and a pass of 100 jobs, beside a bare program that makes only the unavoidable system calls.
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "core/devices.h"
+#include "core/polling.h"
+#include "platform/files.h"
+#include "platform/system.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace tellaxis;
+
+constexpr int jobs = 100;
+constexpr std::size_t jobSize = 2048;
+constexpr int rounds = 200;
+constexpr int idleTicks = 2000;
+
+/// A fiscal driver that only takes a copy of the job.
+class CopyingDevices : public Devices {
+ public:
+  explicit CopyingDevices(Bridge& bridge) : bridge_(bridge) {}
+  void LanciaFileDisplay() override {}
+  void MF_Invia(std::string_view jobFile) override { bridge_.host.files.copy(jobFile, bridge_.settings.MF_File); }
+  void LanciaFileRF() override {}
+  void Cort_StampaFile(std::string_view /*jobFile*/) override {}
+
+ private:
+  Bridge& bridge_;
+};
+
+double microseconds(const std::function<void()>& work) {
+  const auto begun = std::chrono::steady_clock::now();
+  work();
+  return std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - begun).count();
+}
+
+double median(std::vector<double> times) {
+  std::ranges::nth_element(times, times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2));
+  return times[times.size() / 2];
+}
+
+void dropJobs(const fs::path& folder) {
+  const std::string text(jobSize, 'x');
+  for (int i = 0; i < jobs; ++i) std::ofstream(folder / ("job" + std::to_string(1000 + i) + ".txt")) << text;
+}
+
+void bareCopy(const std::string& from, const std::string& to) {
+  std::array<char, 65'536> buffer{};
+  const int in = open(from.c_str(), O_RDONLY | O_CLOEXEC);
+  const int out = open(to.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+  for (ssize_t size = 0; (size = read(in, buffer.data(), buffer.size())) > 0;)
+    if (write(out, buffer.data(), static_cast<std::size_t>(size)) != size) std::perror("write");
+  close(in);
+  close(out);
+}
+
+/// List, rename, copy, delete: what no program can do without.
+void barePass(const std::string& drop, const std::string& work, const std::string& target) {
+  std::vector<std::string> names;
+  DIR* folder = opendir(drop.c_str());
+  while (const dirent* entry = readdir(folder))
+    if (entry->d_name[0] != '.') names.emplace_back(entry->d_name);
+  closedir(folder);
+  std::ranges::sort(names);
+  for (const std::string& name : names)
+    if (rename((drop + "/" + name).c_str(), (work + "/" + name).c_str()) != 0) std::perror("rename");
+  for (const std::string& name : names) {
+    bareCopy(work + "/" + name, target);
+    unlink((work + "/" + name).c_str());
+  }
+}
+
+/// What a tick with nothing to do has to look at: three settings reads (one by the gate, two by the unchanged gate writes, for
+/// each routed device), two folders listed, three files that are not there.
+void bareIdleTick(const std::string& folder) {
+  struct stat status {};
+  for (const char* name : {"/display.txt", "/out.txt", "/rf.txt"}) stat((folder + name).c_str(), &status);
+  std::array<char, 4096> buffer{};
+  for (int i = 0; i < 6; ++i) {
+    const int file = open((folder + "/_Tellaxis.ini").c_str(), O_RDONLY | O_CLOEXEC);
+    if (read(file, buffer.data(), buffer.size()) < 0) std::perror("read");
+    close(file);
+  }
+  for (const char* name : {"/Orbis", "/CortOrbis"}) {
+    DIR* listing = opendir((folder + name).c_str());
+    while (readdir(listing) != nullptr) {
+    }
+    closedir(listing);
+  }
+}
+
+void configure(Settings& settings, const std::string& folder) {
+  setMainFolder(settings, folder);
+  settings.Display_Active = settings.MF_Active = settings.RF_Active = settings.Cort_Active = true;
+  settings.Display_File = folder + "\\display.txt";
+  settings.MF_File = folder + "\\in.txt";
+  settings.MF_File_Output = folder + "\\out.txt";
+  settings.RF_File = folder + "\\rf.txt";
+  settings.RF_Stampante = "EPSON TM-L90 Receipt";
+  settings.RF_Seriale = std::string("LPT1:");
+}
+
+int measure(const std::string& folder) {
+  for (const char* name : {"Orbis", "IN", "CortOrbis", "CortIN"}) fs::create_directories(fs::path(folder) / name);
+  std::ofstream(folder + "/_Tellaxis.ini") << "[Varie]\r\nMF_Vuoto=-1\r\nCort_Vuoto=-1\r\nRF_Vuoto=-1\r\n"
+                                           << "Orbis_Directory=C:\\MERIDIA\r\nMF_File=C:\\MF\\in.txt\r\n";
+  auto opened = platform::openSystem({.mainFolder = folder});
+  if (const auto* error = std::get_if<platform::SystemError>(&opened)) {
+    std::fprintf(stderr, "%s\n", error->message.c_str());
+    return 2;
+  }
+  Bridge bridge(std::get<std::unique_ptr<platform::System>>(opened)->host());
+  configure(bridge.settings, folder);
+  CopyingDevices devices(bridge);
+  Polling polling(bridge, devices);
+
+  std::vector<double> ours;
+  std::vector<double> bare;
+  for (int round = 0; round < rounds; ++round) {
+    dropJobs(folder + "/Orbis");
+    ours.push_back(microseconds([&] {
+      std::string drop = folder + "\\Orbis";
+      std::string work = folder + "\\IN";
+      SmistaFile(bridge, devices, drop, bridge.settings.settingsFile, work, "MF");
+    }));
+    if (!fs::is_empty(folder + "/IN") || !fs::is_empty(folder + "/Orbis")) return 1;
+    dropJobs(folder + "/Orbis");
+    bare.push_back(microseconds([&] { barePass(folder + "/Orbis", folder + "/IN", folder + "/in.txt"); }));
+  }
+  std::printf("routing pass of %d jobs: %.0f us, bare %.0f us, ratio %.2f\n", jobs, median(ours), median(bare),
+              median(ours) / median(bare));
+
+  std::vector<double> idle;
+  std::vector<double> bareIdle;
+  for (int tick = 0; tick < idleTicks; ++tick) {
+    idle.push_back(microseconds([&] { polling.Timer1_Timer(); }));
+    bareIdle.push_back(microseconds([&] { bareIdleTick(folder); }));
+  }
+  std::printf("idle tick: %.1f us, bare %.1f us, ratio %.2f\n", median(idle), median(bareIdle),
+              median(idle) / median(bareIdle));
+  return 0;
+}
+
+}  // namespace
+
+int main(int count, char** words) {
+  const std::string parent = count > 1 ? words[1] : "/dev/shm";
+  std::string folder = parent + "/tellaxis-bench-XXXXXX";
+  if (mkdtemp(folder.data()) == nullptr) {
+    std::perror(folder.c_str());
+    return 2;
+  }
+  const int status = measure(folder);
+  fs::remove_all(folder);
+  return status;
+}
