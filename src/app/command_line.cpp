@@ -4,7 +4,11 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <charconv>
+<<<<<<< HEAD
 #include <chrono>
+=======
+#include <filesystem>
+>>>>>>> 00c4a86 (Acceptance scenarios pass: the main folder must exist, driver command lines are not quoted whole)
 #include <optional>
 #include <vector>
 
@@ -106,6 +110,11 @@ std::string withoutTrailingSeparators(std::string folder) {
   return folder;
 }
 
+bool isFolder(const std::string& folder) {
+  std::error_code failure;
+  return std::filesystem::is_directory(std::u8string(folder.begin(), folder.end()), failure);
+}
+
 std::optional<std::pair<char, std::string>> driveFrom(const std::string& text) {
   if (text.size() < 3 || text[1] != '=') return std::nullopt;
   const char letter = text[0] >= 'a' && text[0] <= 'z' ? static_cast<char>(text[0] - 'a' + 'A') : text[0];
@@ -187,7 +196,8 @@ std::optional<std::string> readCommand(const RawArguments& raw, CommandLine& lin
 std::variant<CommandLine, EndAtOnce> checked(std::string_view program, const RawArguments& raw) {
   CommandLine line;
   line.system.mainFolder = withoutTrailingSeparators(raw.mainFolder.value_or(platform::programFolder()));
-  if (line.system.mainFolder.empty()) return unusable(program, "--main-folder: manca la cartella");
+  if (!isFolder(line.system.mainFolder))
+    return unusable(program, "--main-folder " + line.system.mainFolder + ": la cartella non esiste");
   for (const std::string& text : raw.drives) {
     const auto drive = driveFrom(text);
     if (!drive) return unusable(program, "--drive " + text + ": si scrive L=CARTELLA, per esempio C=/srv/cassa");

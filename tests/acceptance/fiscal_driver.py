@@ -16,7 +16,7 @@ def command_line(desk, *options, work=20):
     words = [tool("fiscal_driver_simulator"), "program", "--input", program_path(desk.c("MF\\in.txt"))]
     words += ["--output", program_path(desk.c("MF\\out.txt")), "--receipts", program_path(desk.root / "receipts")]
     words += ["--work", str(work), *options]
-    return " ".join(f'"{word}"' for word in words)
+    return " ".join(f'"{word}"' if " " in word else word for word in words)
 
 
 def watching(desk, input_file, *options, work=20):
@@ -43,7 +43,7 @@ def receipts(desk):
 def configure(desk, protocol, delay=5, **more):
     """Settings of an active fiscal printer with its log switched on; the delay is in hundredths of a second."""
     desk.c("MF").mkdir(exist_ok=True)
-    desk.settings(
+    settings = dict(
         Orbis_Setting=0,
         Orbis_Directory="C:\\MERIDIA",
         MF_Active=-1,
@@ -53,5 +53,5 @@ def configure(desk, protocol, delay=5, **more):
         MF_File_Output="C:\\MF\\out.txt",
         MF_Ritardo=delay,
         MF_ChkLog=-1,
-        **more,
     )
+    desk.settings(**{**settings, **more})

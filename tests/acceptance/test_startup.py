@@ -57,12 +57,12 @@ class StartUp(Scenario):
         self.assertEqual(self.desk.read_settings()["Orbis_Directory"], "\\")
 
     def test_other_lines_of_the_settings_file_keep_their_bytes(self):
-        text = "; cassa 1\r\n[Altro]\r\nx = 1\r\n\r\n[VARIE]\r\nmf_vuoto=-1\r\nOrbis_Directory=C:\\MERIDIA\r\n; fine\r\n"
+        text = "; cassa 1\r\n[Altro]\r\nx = 1\r\n\r\n[VARIE]\r\nmf_vuoto=-1\r\nOrbis_Directory=C:\\MERIDIA\r\nOrbis_Setting=0\r\n; fine\r\n"
         self.desk.settings_file.write_bytes(text.encode())
         self.desk.start()
         self.assertEqual(
             self.desk.settings_file.read_bytes().decode(),
-            "; cassa 1\r\n[Altro]\r\nx = 1\r\n\r\n[VARIE]\r\nmf_vuoto=-1\r\nOrbis_Directory=C:\\MERIDIA\r\n"
+            "; cassa 1\r\n[Altro]\r\nx = 1\r\n\r\n[VARIE]\r\nmf_vuoto=-1\r\nOrbis_Directory=C:\\MERIDIA\r\nOrbis_Setting=0\r\n"
             "RF_Vuoto=-1\r\nCort_Vuoto=-1\r\nRunTimeOrbis51=C:\\Programmi\\Access 97 Runtime\\msaccess.exe\r\n; fine\r\n",
         )
 
