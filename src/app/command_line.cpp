@@ -4,11 +4,8 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <charconv>
-<<<<<<< HEAD
 #include <chrono>
-=======
 #include <filesystem>
->>>>>>> 00c4a86 (Acceptance scenarios pass: the main folder must exist, driver command lines are not quoted whole)
 #include <optional>
 #include <vector>
 
