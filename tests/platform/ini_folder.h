@@ -23,6 +23,8 @@ inline std::string asGiven(std::string_view path) { return std::string(path); }
 
 class IniFolder : public testing::Test {
  protected:
+  explicit IniFolder(const std::filesystem::path& parent = std::filesystem::temp_directory_path()) : folder_(parent) {}
+
   std::string content() const { return folder_.read("_Test.ini"); }
   void put(const std::string& text) const { folder_.write("_Test.ini", text); }
   std::vector<std::string> names() const { return folder_.names(); }

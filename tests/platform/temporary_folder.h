@@ -13,11 +13,10 @@ namespace tellaxis::test {
 
 class TemporaryFolder {
  public:
-  TemporaryFolder() {
+  explicit TemporaryFolder(const std::filesystem::path& parent = std::filesystem::temp_directory_path()) {
     static int count = 0;
     const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
-    path_ = std::filesystem::temp_directory_path() /
-            ("tellaxis-test-" + std::to_string(now) + "-" + std::to_string(++count));
+    path_ = parent / ("tellaxis-test-" + std::to_string(now) + "-" + std::to_string(++count));
     std::filesystem::create_directories(path_);
   }
   ~TemporaryFolder() {

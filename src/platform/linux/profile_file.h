@@ -1,10 +1,9 @@
-// Profile file: an INI file on the disk, read whole while nobody writes to it, and replaced whole or not at all.
+// Profile file: an INI file on the disk, read whole while nobody writes to it.
 #pragma once
 
 #include <sys/stat.h>
 
 #include <array>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -20,6 +19,10 @@ enum class FileState {
   locked,         ///< another process holds a lock on it; no text
   failed,         ///< no file, not readable, or too large; no text
 };
+
+/// Opens a file or folder for reading, seen from the open folder `folder` (or AT_FDCWD), without ever waiting for
+/// anybody.
+Descriptor openForReading(int folder, const char* name, int moreFlags = 0);
 
 /// The text of one file as it was at one moment. Where the system grants a lease (to the file's owner, on local disks)
 /// writers that come while this object lives wait until it is gone.
@@ -57,35 +60,5 @@ class ProfileFile {
   std::string_view text_;
   FileState state_;
 };
-
-/// Exclusive use of a folder among all writers of INI files in it; nothing is left on the disk.
-class FolderLock {
- public:
-  explicit FolderLock(const std::string& folder);
-  ~FolderLock();
-  FolderLock(const FolderLock&) = delete;
-  FolderLock& operator=(const FolderLock&) = delete;
-
-  int folder() const { return folder_.number(); }
-
-  /// 0 when held, EWOULDBLOCK when another holds it, otherwise why the folder cannot be locked.
-  int error() const { return error_; }
-
- private:
-  Descriptor folder_;
-  int error_ = 0;
-};
-
-/// The outcome of `replaceFile`.
-enum class Replaced { done, changedMeanwhile, failed };
-
-/// Puts `text` in the place of the file `name` that `current` read, with its mode and owner; a reader meets the old or
-/// the new text, never less. On `failed`, `error` is the system's error number. The folder must be locked.
-Replaced replaceFile(const FolderLock& lock, const char* name, const ProfileFile& current, std::string_view text,
-                     int& error);
-
-/// The file that a path means: the end of its chain of symbolic links, which need not exist; nothing for an endless
-/// one.
-std::optional<std::string> linkTarget(std::string path);
 
 }  // namespace tellaxis::platform

@@ -10,9 +10,15 @@ namespace {
 
 constexpr std::string_view lineEnd = "\r\n";
 
-std::string_view trimmed(std::string_view text) {
-  const auto isBlank = [](char c) { return c == ' ' || c == '\t'; };
+bool isBlank(char c) { return c == ' ' || c == '\t'; }
+
+std::string_view withoutLeadingBlanks(std::string_view text) {
   while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
+  return text;
+}
+
+std::string_view trimmed(std::string_view text) {
+  text = withoutLeadingBlanks(text);
   while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
   return text;
 }
@@ -75,24 +81,27 @@ class Lines {
 
 /// The name in a line such as "[Name]"; it ends at the first "]".
 std::optional<std::string_view> sectionName(std::string_view line) {
-  line = trimmed(line);
+  line = withoutLeadingBlanks(line);
+  if (!line.starts_with('[')) return std::nullopt;
   const std::size_t close = line.find(']');
-  if (!line.starts_with('[') || close == std::string_view::npos) return std::nullopt;
+  if (close == std::string_view::npos) return std::nullopt;
   return trimmed(line.substr(1, close - 1));
 }
 
 struct KeyLine {
   std::string_view name;
-  std::string_view value;
+  std::string_view afterEquals;
+
+  std::string_view value() const { return trimmed(afterEquals); }
 };
 
-/// The two sides of a line such as "name = value", trimmed. A comment and a line without "=" are no key.
+/// The two sides of a line such as "name = value". A comment and a line without "=" are no key.
 std::optional<KeyLine> keyLine(std::string_view line) {
   const std::size_t equals = line.find('=');
   if (equals == std::string_view::npos) return std::nullopt;
   const std::string_view name = trimmed(line.substr(0, equals));
   if (name.starts_with(';')) return std::nullopt;
-  return KeyLine{name, trimmed(line.substr(equals + 1))};
+  return KeyLine{name, line.substr(equals + 1)};
 }
 
 /// A key with the line that holds it.
@@ -155,7 +164,7 @@ std::string joined(Parts... parts) {
 std::optional<std::string_view> findValue(std::string_view text, std::string_view section, std::string_view key) {
   const auto place = findPlace(text, section, trimmed(key));
   if (!place || !place->key) return std::nullopt;
-  return unquoted(place->key->content.value);
+  return unquoted(place->key->content.value());
 }
 
 std::string listSections(std::string_view text) {
@@ -187,7 +196,7 @@ std::optional<TextEdit> editFor(std::string_view text, std::string_view section,
   if (place && place->key) {
     const auto& [content, line] = *place->key;
     if (!value) return TextEdit{line.begin, line.end, {}};
-    if (content.value == trimmed(*value)) return std::nullopt;
+    if (content.value() == trimmed(*value)) return std::nullopt;
     return TextEdit{line.begin, line.end, joined(content.name, "=", *value, lineEnd)};
   }
   if (!value) return std::nullopt;

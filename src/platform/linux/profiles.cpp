@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "platform/linux/profile_file.h"
+#include "platform/linux/profile_replacement.h"
 #include "platform/linux/profile_text.h"
 #include "platform/linux/reason.h"
 
