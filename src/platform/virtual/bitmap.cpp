@@ -48,7 +48,8 @@ Dots dotsOf(const Bitmap& bitmap, int greatestWidth) {
       const auto here = static_cast<std::size_t>(x) + 1;
       const int wanted = meanBrightness(bitmap, x, y, dots.width, dots.height) + error[here] / 16;
       const bool black = wanted < threshold;
-      if (black) dots.rows[y * dots.rowBytes() + static_cast<std::size_t>(x) / 8] |= 0x80U >> (x % 8);
+      std::uint8_t& eight = dots.rows[y * dots.rowBytes() + static_cast<std::size_t>(x) / 8];
+      if (black) eight = static_cast<std::uint8_t>(eight | (0x80U >> (x % 8)));
       const int missing = wanted - (black ? 0 : white);
       error[here + 1] += missing * 7;
       errorBelow[here - 1] += missing * 3;

@@ -117,8 +117,9 @@ Bitmap onWhite(const GdkPixbuf* pixbuf) {
 
 std::variant<Bitmap, BitmapError> readBitmap(std::string_view bytes) {
   const auto header = headerOf(bytes);
-  if (!header || !canHold(*header, bytes.size())) return BitmapError{"immagine danneggiata"};
+  if (!header) return BitmapError{"non \xE8 un'immagine BMP"};
   if (!isSensible(*header)) return BitmapError{"immagine di un tipo che non si pu\xF2 stampare"};
+  if (!canHold(*header, bytes.size())) return BitmapError{"immagine danneggiata"};
   const std::unique_ptr<GdkPixbufLoader, Unref> loader(gdk_pixbuf_loader_new_with_type("bmp", nullptr));
   if (!loader) return BitmapError{"manca la lettura delle immagini BMP"};
   const auto* data = reinterpret_cast<const guchar*>(bytes.data());
