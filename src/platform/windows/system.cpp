@@ -5,6 +5,7 @@
 
 #include "platform/virtual/devices_file.h"
 #include "platform/virtual/folder_printer.h"
+#include "platform/virtual/listened_trace.h"
 #include "platform/virtual/recording_printer.h"
 #include "platform/windows/clock.h"
 #include "platform/windows/dialogs.h"
@@ -26,9 +27,16 @@ namespace {
 
 using namespace windows;
 
+std::unique_ptr<Trace> makeTrace(const SystemOptions& options) {
+  std::unique_ptr<Trace> trace = std::make_unique<ErrorTrace>(options.trace);
+  if (options.alsoTold != nullptr) trace = std::make_unique<ListenedTrace>(std::move(trace), *options.alsoTold);
+  return trace;
+}
+
 class WindowsSystem : public System {
  public:
-  WindowsSystem(bool traced, windows::Locale locale) : trace_(traced), locale_(std::move(locale)) {}
+  WindowsSystem(const SystemOptions& options, windows::Locale locale)
+      : trace_(makeTrace(options)), locale_(std::move(locale)) {}
 
   /// Makes the printer object over the printers of the devices file and the installed ones.
   std::optional<DevicesFileError> openPrinters(const SystemOptions& options);
@@ -39,16 +47,16 @@ class WindowsSystem : public System {
   std::variant<std::vector<ListedPrinter>, DevicesFileError> listedPrinters(const std::string& file,
                                                                             const std::string& mainFolder);
 
-  ErrorTrace trace_;
-  windows::Profiles profiles_{trace_};
-  windows::Files files_{trace_};
+  std::unique_ptr<Trace> trace_;
+  windows::Profiles profiles_{*trace_};
+  windows::Files files_{*trace_};
   windows::Clock clock_;
-  windows::Processes processes_{trace_};
-  windows::SerialPorts serialPorts_{trace_};
+  windows::Processes processes_{*trace_};
+  windows::SerialPorts serialPorts_{*trace_};
   std::optional<RecordingPrinter> printer_;
   ConsoleDialogs dialogs_;
-  windows::Tray tray_{trace_};
-  windows::FtpClients ftpClients_{trace_};
+  windows::Tray tray_{*trace_};
+  windows::FtpClients ftpClients_{*trace_};
   windows::Locale locale_;
   std::optional<Host> host_;
 };
@@ -71,7 +79,7 @@ std::variant<std::vector<ListedPrinter>, DevicesFileError> WindowsSystem::listed
     if (target == nullptr)
       return devicesFileError(file, definition.position, "questa destinazione non esiste su Windows");
     const std::string folder = underMainFolder(target->folder, mainFolder);
-    printers.push_back({definition.printer, std::make_unique<FolderPrinter>(folder, nullptr, trace_)});
+    printers.push_back({definition.printer, std::make_unique<FolderPrinter>(folder, nullptr, *trace_)});
   }
   return printers;
 }
@@ -83,8 +91,8 @@ std::optional<DevicesFileError> WindowsSystem::openPrinters(const SystemOptions&
     if (auto* error = std::get_if<DevicesFileError>(&read)) return std::move(*error);
     listed = std::move(std::get<std::vector<ListedPrinter>>(read));
   }
-  const auto picture = [this](std::string_view file) { return readPicture(file, trace_); };
-  printer_.emplace(std::move(listed), std::make_unique<InstalledPrinters>(trace_), picture, trace_);
+  const auto picture = [this](std::string_view file) { return readPicture(file, *trace_); };
+  printer_.emplace(std::move(listed), std::make_unique<InstalledPrinters>(*trace_), picture, *trace_);
   host_.emplace(Host{.profiles = profiles_,
                      .files = files_,
                      .clock = clock_,
@@ -95,7 +103,7 @@ std::optional<DevicesFileError> WindowsSystem::openPrinters(const SystemOptions&
                      .tray = tray_,
                      .ftpClients = ftpClients_,
                      .locale = locale_,
-                     .trace = trace_});
+                     .trace = *trace_});
   return std::nullopt;
 }
 
@@ -112,7 +120,7 @@ std::optional<windows::Locale> localeFor(const std::optional<std::string>& name)
 std::variant<std::unique_ptr<System>, SystemError> openSystem(const SystemOptions& options) {
   auto locale = localeFor(options.localeName);
   if (!locale) return SystemError{"--locale " + *options.localeName + ": impostazioni internazionali sconosciute"};
-  auto system = std::make_unique<WindowsSystem>(options.trace, std::move(*locale));
+  auto system = std::make_unique<WindowsSystem>(options, std::move(*locale));
   if (auto error = system->openPrinters(options)) return SystemError{std::move(error->message)};
   return system;
 }

@@ -1,0 +1,122 @@
+// Window program: composition of bridge and window, and the two timers.
+#include "app/window_program.h"
+
+#include <wx/app.h>
+#include <wx/modalhook.h>
+
+#include <cstdlib>
+
+#include "core/startup.h"
+#include "core/tray_icon.h"
+#include "platform/printers.h"
+
+namespace tellaxis {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// How often stop wishes and calls are looked for, in milliseconds.
+constexpr int lookInterval = 200;
+
+#ifdef _WIN32
+constexpr bool systemHasTray = true;
+#else
+constexpr bool systemHasTray = false;
+#endif
+
+platform::Host withDesktop(const platform::Host& host, platform::Dialogs& dialogs, platform::Tray& tray) {
+  return {.profiles = host.profiles,
+          .files = host.files,
+          .clock = host.clock,
+          .processes = host.processes,
+          .serialPorts = host.serialPorts,
+          .Printer = host.Printer,
+          .dialogs = dialogs,
+          .tray = systemHasTray ? host.tray : tray,
+          .ftpClients = host.ftpClients,
+          .locale = host.locale,
+          .trace = host.trace};
+}
+
+/// Counts the dialogs that wait for an answer.
+class ModalCount : public wxModalDialogHook {
+ public:
+  ModalCount() { Register(); }
+  int open = 0;
+
+ protected:
+  int Enter(wxDialog*) override {
+    ++open;
+    return wxID_NONE;
+  }
+  void Exit(wxDialog*) override { --open; }
+};
+
+ModalCount& modalDialogs() {
+  static ModalCount count;
+  return count;
+}
+
+}  // namespace
+
+WindowProgram::WindowProgram(const WindowSurroundings& surroundings, const std::string& mainFolder, int interval)
+    : surroundings_(surroundings),
+      taskBar_([this](int code) { Form_MouseMove(window_->form(), code, ScaleMode::pixels, 1); }),
+      host_(withDesktop(surroundings.host, boxes_, taskBar_)),
+      bridge_(host_),
+      devices_(*this),
+      noted_(devices_, surroundings.activity, bridge_),
+      polling_(bridge_, noted_),
+      window_(new ui::MainWindow(bridge_, surroundings.activity, [this] { formEnded(); })) {
+  modalDialogs();
+  Form_Load(bridge_, devices_, mainFolder);
+  window_->refresh();
+  window_->Show();
+  polls_.Bind(wxEVT_TIMER, [this](const wxTimerEvent&) { tick(); });
+  looks_.Bind(wxEVT_TIMER, [this](const wxTimerEvent&) { lookAround(); });
+  wxTheApp->Bind(wxEVT_QUERY_END_SESSION, [](const wxCloseEvent&) {});
+  wxTheApp->Bind(wxEVT_END_SESSION, [this](const wxCloseEvent&) {
+    if (!ended_) window_->form().Unload();
+  });
+  polls_.Start(interval);
+  looks_.Start(lookInterval);
+}
+
+void WindowProgram::Devices::IconaAggiungi() {
+  tellaxis::IconaAggiungi(program_.bridge_, program_.window_->trayIcon(), program_.window_->form());
+}
+
+void WindowProgram::tick() {
+  if (ticking_ || ended_) return;
+  ticking_ = true;
+  polling_.Timer1_Timer();
+  ticking_ = false;
+  if (ended_) return finish();
+  window_->refreshStatus();
+}
+
+void WindowProgram::lookAround() {
+  if (surroundings_.stop.waitFor(0ms)) {
+    const bool answered = boxes_.answerAll();
+    if (!ticking_ && !answered) window_->form().Unload();
+    return;
+  }
+  if (surroundings_.calls != nullptr && surroundings_.calls->called()) window_->form().Show();
+}
+
+void WindowProgram::formEnded() {
+  ended_ = true;
+  polls_.Stop();
+  looks_.Stop();
+  if (!ticking_) finish();
+}
+
+void WindowProgram::finish() {
+  host_.Printer.endOpenDocuments();
+  wxTheApp->ExitMainLoop();
+  // A dialog that nobody will answer any more would keep the program.
+  if (modalDialogs().open > 0) std::_Exit(EXIT_SUCCESS);
+}
+
+}  // namespace tellaxis

@@ -1,0 +1,21 @@
+// Native: the few things that the toolkit leaves to each system.
+#pragma once
+
+#include <wx/icon.h>
+#include <wx/window.h>
+
+#include <cstdint>
+
+namespace tellaxis::ui {
+
+/// False where no window can be shown because there is no display to open.
+bool displayIsThere();
+
+/// The name that a screen reader says for a control whose label stands beside it.
+void setAccessibleName(wxWindow& control, const wxString& name);
+
+/// The system's handles, as the tray's record wants them; 0 where the system has none.
+std::uintptr_t windowHandle(const wxWindow& window);
+std::uintptr_t iconHandle(const wxIcon& icon);
+
+}  // namespace tellaxis::ui

@@ -1,0 +1,23 @@
+// Text: between the program's code page 1252 and the toolkit's strings.
+#pragma once
+
+#include <wx/string.h>
+
+#include <string>
+#include <string_view>
+
+#include "platform/virtual/code_page.h"
+
+namespace tellaxis::ui {
+
+inline wxString shown(std::string_view text) { return wxString::FromUTF8(platform::utf8FromCodePage(text).c_str()); }
+
+/// What the user typed; a character that the code page lacks becomes "?".
+inline std::string typed(const wxString& text) {
+  return platform::nearestCodePage(std::string_view(text.utf8_str().data(), text.utf8_str().length()));
+}
+
+/// Our own texts, which are UTF-8 in the source.
+inline wxString italian(const char* text) { return wxString::FromUTF8(text); }
+
+}  // namespace tellaxis::ui

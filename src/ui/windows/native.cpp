@@ -1,0 +1,15 @@
+// Native: Windows' side.
+#include "ui/native.h"
+
+namespace tellaxis::ui {
+
+bool displayIsThere() { return true; }
+
+/// A label that comes right before its control is taken as the name; the layout makes them in this order.
+void setAccessibleName(wxWindow& /*control*/, const wxString& /*name*/) {}
+
+std::uintptr_t windowHandle(const wxWindow& window) { return reinterpret_cast<std::uintptr_t>(window.GetHandle()); }
+
+std::uintptr_t iconHandle(const wxIcon& icon) { return reinterpret_cast<std::uintptr_t>(icon.GetHandle()); }
+
+}  // namespace tellaxis::ui
