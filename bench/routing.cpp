@@ -60,7 +60,7 @@ void dropJobs(const fs::path& folder) {
 }
 
 void bareCopy(const std::string& from, const std::string& to) {
-  std::array<char, 65'536> buffer{};
+  std::array<char, 65'536> buffer;
   const int in = open(from.c_str(), O_RDONLY | O_CLOEXEC);
   const int out = open(to.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
   for (ssize_t size = 0; (size = read(in, buffer.data(), buffer.size())) > 0;)
@@ -85,8 +85,8 @@ void barePass(const std::string& drop, const std::string& work, const std::strin
   }
 }
 
-/// What a tick with nothing to do has to look at: three settings reads (one by the gate, two by the unchanged gate writes, for
-/// each routed device), two folders listed, three files that are not there.
+/// What a tick with nothing to do has to look at: three settings reads (one by the gate, two by the unchanged gate
+/// writes, for each routed device), two folders listed, three files that are not there.
 void bareIdleTick(const std::string& folder) {
   struct stat status {};
   for (const char* name : {"/display.txt", "/out.txt", "/rf.txt"}) stat((folder + name).c_str(), &status);

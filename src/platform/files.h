@@ -38,13 +38,14 @@ class Files {
   virtual bool createFolder(std::string_view path) = 0;
 
   /// The bare names of the files of `folder` (not its sub-folders), sorted by name without regard to case; nothing when
-  /// the folder cannot be read.
+  /// the folder cannot be read. A file that its writer still holds is left out: it could not be moved, and comes with a
+  /// later look.
   virtual std::optional<std::vector<std::string>> list(std::string_view folder) = 0;
 
   /// Copies a file over `to`, whole or not at all: a reader of `to` never meets a half-written file.
   virtual bool copy(std::string_view from, std::string_view to) = 0;
 
-  /// Renames `from`, which must not be held by a writer, to `to`, which must not exist.
+  /// Renames `from`, which must not be held by a writer, to `to`, which must not exist in this spelling.
   virtual bool move(std::string_view from, std::string_view to) = 0;
 
   /// Deletes one file. A missing file is a failure.

@@ -57,20 +57,28 @@ bool isHeldByWriter(const Descriptor& file) {
   return errno == EAGAIN;
 }
 
+bool isHeldByWriter(const Descriptor& folder, const char* name) {
+  const Descriptor file(::openat(folder.number(), name, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  return file && isHeldByWriter(file);
+}
+
 bool failWith(int error) {
   errno = error;
   return false;
 }
 
+/// The target is not looked for under other spellings, which would cost a reading of its folder for every job routed.
 bool moveFile(std::string from, std::string to) {
   const Descriptor opened = openExisting(from);
   if (!opened && errno != EACCES) return false;
   if (opened && isHeldByWriter(opened)) return failWith(ETXTBSY);
-  Spelling target = otherSpelling(to);
-  if (target.exists && target.path != from) return failWith(EEXIST);
-  target.path.replace(target.path.size() - lastName(target.path).size(), std::string::npos, lastName(to));
-  to = std::move(target.path);
   if (renameWithoutReplacing(from, to)) return true;
+  if (nothingThere()) {
+    Spelling target = otherSpelling(to);
+    if (target.exists) return failWith(EEXIST);
+    to = std::move(target.path);
+    if (renameWithoutReplacing(from, to)) return true;
+  }
   return errno == EXDEV && opened && carryOver(opened, from, to);
 }
 
@@ -138,7 +146,7 @@ std::optional<std::vector<std::string>> LinuxFiles::list(std::string_view folder
   }
   std::vector<std::string> names;
   const bool read = readFolder(opened, [&](const dirent64& entry) {
-    if (!isListed(opened, entry)) return;
+    if (!isListed(opened, entry) || isHeldByWriter(opened, entry.d_name)) return;
     if (auto name = textOfName(entry.d_name))
       names.push_back(std::move(*name));
     else
