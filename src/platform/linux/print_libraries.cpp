@@ -3,20 +3,30 @@
 
 #include <dlfcn.h>
 
+#include <string>
+
+#include "platform/resident.h"
 #include "platform/virtual/code_page.h"
 
 namespace tellaxis::platform {
 
 namespace {
 
+/// Where the libraries may be, seen from the program's folder: as built, and as installed.
+constexpr const char* places[] = {"/", "/../lib/tellaxis/"};
+
 /// The library stays loaded: what it is linked with cannot be unloaded.
 template <class Library>
 const Library* load(const char* file, const char* entry, Trace& trace) {
-  void* handle = dlopen(file, RTLD_NOW | RTLD_LOCAL);
-  void* symbol = handle == nullptr ? nullptr : dlsym(handle, entry);
-  if (symbol != nullptr) return reinterpret_cast<const Library* (*)()>(symbol)();
-  const char* reason = dlerror();
-  trace.failed("dlopen", file, reason == nullptr ? "" : nearestCodePage(reason));
+  std::string reason;
+  for (const char* place : places) {
+    void* handle = dlopen((programFolder() + place + file).c_str(), RTLD_NOW | RTLD_LOCAL);
+    void* symbol = handle == nullptr ? nullptr : dlsym(handle, entry);
+    if (symbol != nullptr) return reinterpret_cast<const Library* (*)()>(symbol)();
+    const char* error = dlerror();
+    if (reason.empty() && error != nullptr) reason = error;
+  }
+  trace.failed("dlopen", file, nearestCodePage(reason));
   return nullptr;
 }
 
