@@ -38,10 +38,10 @@ TEST(CommandLine, WithoutACommandTheProgramStays) {
 }
 
 TEST(CommandLine, OptionsStandBeforeOrAfterTheCommand) {
-  for (const auto& arguments : {std::vector<std::string>{"--main-folder", "/a", "--drive", "C=/b", "ftp"},
-                                {"ftp", "--main-folder", "/a", "--drive", "C=/b"},
-                                {"--main-folder", "/a", "ftp", "--drive", "C=/b"},
-                                {"--drive", "C=/b", "ftp", "--main-folder=/a"}}) {
+  for (const auto& arguments : {std::vector<std::string>{"--main-folder", ".", "--drive", "C=/b", "ftp"},
+                                {"ftp", "--main-folder", ".", "--drive", "C=/b"},
+                                {"--main-folder", ".", "ftp", "--drive", "C=/b"},
+                                {"--drive", "C=/b", "ftp", "--main-folder=."}}) {
     const CommandLine line = taken(arguments);
     EXPECT_EQ(line.command, Command::ftp);
     EXPECT_EQ(line.system.mainFolder, "/a");
