@@ -45,7 +45,7 @@ class Files {
   /// Copies a file over `to`, whole or not at all: a reader of `to` never meets a half-written file.
   virtual bool copy(std::string_view from, std::string_view to) = 0;
 
-  /// Renames `from`, which must not be held by a writer, to `to`, which must not exist in this spelling.
+  /// Renames `from`, which must not be held by a writer, to `to`, which must not exist.
   virtual bool move(std::string_view from, std::string_view to) = 0;
 
   /// Deletes one file. A missing file is a failure.

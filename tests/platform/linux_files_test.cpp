@@ -302,10 +302,11 @@ TEST_F(Move, GivesAFileAnotherNameAndFolder) {
   EXPECT_FALSE(onDisk("Orbis/Job.txt"));
 }
 
-TEST_F(Move, NeverReplacesAFile) {
+TEST_F(Move, NeverReplacesAFileInWhateverCase) {
   folder.write("from", "new");
   folder.write("to", "old");
   EXPECT_FALSE(files.move("C:\\from", "C:\\to"));
+  EXPECT_FALSE(files.move("C:\\from", "C:\\TO"));
   EXPECT_EQ(folder.read("to"), "old");
   EXPECT_THAT(folder.names(), ElementsAre("from", "to"));
   EXPECT_THAT(trace.lines, testing::Each(HasSubstr("esiste gi\xE0")));
@@ -415,6 +416,7 @@ TEST_F(Move, DoesNotReplaceOnAnotherDiskEither) {
   folder.write("job", "new");
   std::ofstream(other.path / "JOB") << "old";
   EXPECT_FALSE(files.move("C:\\job", other.path.string() + "\\JOB"));
+  EXPECT_FALSE(files.move("C:\\job", other.path.string() + "\\job"));
   EXPECT_TRUE(onDisk("job"));
   EXPECT_EQ(fs::file_size(other.path / "JOB"), 3U);
   EXPECT_EQ(std::distance(fs::directory_iterator(other.path), {}), 1);

@@ -26,40 +26,37 @@ bool nothingThere() { return errno == ENOENT || errno == ENOTDIR; }
 /// Calls `operation` with the native path; where that finds nothing, once more with the other spelling of it. An
 /// operation's result is true or an open descriptor when it succeeded, and leaves `errno` when not.
 template <class Operation>
-auto onWhatExists(std::string& native, Operation operation) {
+auto onWhatExists(const Paths& paths, std::string& native, Operation operation) {
   auto result = operation(native);
   if (result || !nothingThere()) return result;
   const int error = errno;
-  Spelling other = otherSpelling(native);
+  Spelling other = paths.otherSpelling(native);
   errno = error;
   if (!other.exists) return result;
   native = std::move(other.path);
   return operation(native);
 }
 
-bool statusOf(std::string& native, struct stat& status) {
-  return onWhatExists(native, [&](const std::string& path) { return ::stat(path.c_str(), &status) == 0; });
+bool statusOf(const Paths& paths, std::string& native, struct stat& status) {
+  return onWhatExists(paths, native, [&](const std::string& path) { return ::stat(path.c_str(), &status) == 0; });
 }
 
-Descriptor openExisting(std::string& native) {
-  return onWhatExists(native, [](const std::string& path) { return openRegularFile(path); });
+Descriptor openExisting(const Paths& paths, std::string& native) {
+  return onWhatExists(paths, native, [](const std::string& path) { return openRegularFile(path); });
 }
 
 /// Asks for a lease, which the system grants only while nobody has the file open for writing. Where it gives no leases
-/// (another owner's file, a network file system) nobody is known to hold the file.
+/// (another owner's file, a network file system) nobody is known to hold the file. Closing the file ends the lease.
 bool isHeldByWriter(const Descriptor& file) {
   // Should somebody open the file for writing during these microseconds, the notice must not end this program.
   ::fcntl(file.number(), F_SETSIG, SIGURG);
-  if (::fcntl(file.number(), F_SETLEASE, F_RDLCK) == 0) {
-    ::fcntl(file.number(), F_SETLEASE, F_UNLCK);
-    return false;
-  }
-  return errno == EAGAIN;
+  return ::fcntl(file.number(), F_SETLEASE, F_RDLCK) != 0 && errno == EAGAIN;
 }
 
 bool isHeldByWriter(const Descriptor& folder, const char* name) {
   const Descriptor file(::openat(folder.number(), name, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-  return file && isHeldByWriter(file);
+  // Somebody who shares the file over the network may have it to himself for as long as he wants.
+  return file ? isHeldByWriter(file) : errno == EWOULDBLOCK;
 }
 
 bool failWith(int error) {
@@ -67,18 +64,15 @@ bool failWith(int error) {
   return false;
 }
 
-/// The target is not looked for under other spellings, which would cost a reading of its folder for every job routed.
-bool moveFile(std::string from, std::string to) {
-  const Descriptor opened = openExisting(from);
+bool moveFile(const Paths& paths, std::string from, std::string to) {
+  const Descriptor opened = openExisting(paths, from);
   if (!opened && errno != EACCES) return false;
   if (opened && isHeldByWriter(opened)) return failWith(ETXTBSY);
+  Spelling target = paths.otherSpelling(to);
+  if (target.exists && target.path != from) return failWith(EEXIST);
+  target.path.replace(target.path.size() - lastName(target.path).size(), std::string::npos, lastName(to));
+  to = std::move(target.path);
   if (renameWithoutReplacing(from, to)) return true;
-  if (nothingThere()) {
-    Spelling target = otherSpelling(to);
-    if (target.exists) return failWith(EEXIST);
-    to = std::move(target.path);
-    if (renameWithoutReplacing(from, to)) return true;
-  }
   return errno == EXDEV && opened && carryOver(opened, from, to);
 }
 
@@ -128,7 +122,7 @@ std::optional<std::string> LinuxFiles::lookUp(std::string_view path) {
 bool LinuxFiles::folderExists(std::string_view path) {
   auto native = paths_.spelled(path);
   struct stat status {};
-  return native && statusOf(*native, status) && S_ISDIR(status.st_mode);
+  return native && statusOf(paths_, *native, status) && S_ISDIR(status.st_mode);
 }
 
 bool LinuxFiles::createFolder(std::string_view path) {
@@ -139,7 +133,7 @@ bool LinuxFiles::createFolder(std::string_view path) {
 
 std::optional<std::vector<std::string>> LinuxFiles::list(std::string_view folder) {
   auto native = paths_.spelled(folder);
-  const Descriptor opened = native ? onWhatExists(*native, openFolder) : Descriptor();
+  const Descriptor opened = native ? onWhatExists(paths_, *native, openFolder) : Descriptor();
   if (!opened) {
     noteWith("list", folder, native ? errno : ENOENT);
     return std::nullopt;
@@ -161,9 +155,9 @@ bool LinuxFiles::copy(std::string_view from, std::string_view to) {
   auto source = paths_.spelled(from);
   const auto target = paths_.spelled(to);
   if (!source || !target) return noteWith("copy", source ? to : from, ENOENT);
-  const Descriptor opened = openExisting(*source);
+  const Descriptor opened = openExisting(paths_, *source);
   if (!opened) return noteWith("copy", from, errno);
-  return note("copy", to, replaceContent(*target, Permissions::usual, [&](const Descriptor& file) {
+  return note("copy", to, replaceContent(paths_, *target, Permissions::usual, [&](const Descriptor& file) {
                 return copyAll(opened, file);
               }));
 }
@@ -172,19 +166,19 @@ bool LinuxFiles::move(std::string_view from, std::string_view to) {
   auto source = paths_.spelled(from);
   auto target = paths_.spelled(to);
   if (!source || !target) return noteWith("move", from, ENOENT);
-  return note("move", from, moveFile(std::move(*source), std::move(*target)));
+  return note("move", from, moveFile(paths_, std::move(*source), std::move(*target)));
 }
 
 bool LinuxFiles::remove(std::string_view path) {
   auto native = paths_.spelled(path);
   if (!native) return noteWith("remove", path, ENOENT);
   return note("remove", path,
-              onWhatExists(*native, [](const std::string& file) { return ::unlink(file.c_str()) == 0; }));
+              onWhatExists(paths_, *native, [](const std::string& file) { return ::unlink(file.c_str()) == 0; }));
 }
 
 bool LinuxFiles::removeAll(std::string_view folder) {
   auto native = paths_.spelled(folder);
-  const Descriptor opened = native ? onWhatExists(*native, openFolder) : Descriptor();
+  const Descriptor opened = native ? onWhatExists(paths_, *native, openFolder) : Descriptor();
   if (!opened) return noteWith("removeAll", folder, native ? errno : ENOENT);
   std::vector<std::string> names;
   bool removed = readFolder(opened, [&](const dirent64& entry) {
@@ -202,7 +196,7 @@ bool LinuxFiles::removeAll(std::string_view folder) {
 
 std::unique_ptr<InputFile> LinuxFiles::openInput(std::string_view path) {
   auto native = paths_.spelled(path);
-  Descriptor opened = native ? openExisting(*native) : Descriptor();
+  Descriptor opened = native ? openExisting(paths_, *native) : Descriptor();
   if (!opened) {
     noteWith("openInput", path, native ? errno : ENOENT);
     return nullptr;
@@ -216,7 +210,7 @@ bool LinuxFiles::append(std::string_view path, std::string_view text) {
   constexpr int flags = O_WRONLY | O_APPEND | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
   Descriptor file(::open(native->c_str(), flags));
   if (!file && nothingThere()) {
-    native = otherSpelling(*native).path;
+    native = paths_.otherSpelling(*native).path;
     file = Descriptor(::open(native->c_str(), flags | O_CREAT, 0666));
   }
   return note("append", path, file && writeAll(file, text));
@@ -226,7 +220,7 @@ bool LinuxFiles::create(std::string_view path, std::string_view text, bool owner
   const auto native = paths_.spelled(path);
   if (!native) return noteWith("create", path, ENOENT);
   return note("create", path,
-              replaceContent(*native, ownerOnly ? Permissions::ownerAlone : Permissions::usual,
+              replaceContent(paths_, *native, ownerOnly ? Permissions::ownerAlone : Permissions::usual,
                              [&](const Descriptor& file) { return writeAll(file, text); }));
 }
 
@@ -234,8 +228,8 @@ bool LinuxFiles::create(std::string_view path, std::string_view text, bool owner
 std::optional<std::string> LinuxFiles::fileAt(std::string_view path) const {
   auto native = paths_.spelled(path);
   struct stat status {};
-  if (!native || isHidden(lastName(*native)) || !statusOf(*native, status) || !S_ISREG(status.st_mode))
-    return std::nullopt;
+  if (!native || isHidden(lastName(*native)) || paths_.isKnownToBeAbsent(*native)) return std::nullopt;
+  if (!statusOf(paths_, *native, status) || !S_ISREG(status.st_mode)) return std::nullopt;
   return native;
 }
 

@@ -154,7 +154,7 @@ class CurlClient : public FtpClient {
     if (!prepare(step, server, user, password)) return false;
     CURLcode code = CURLE_OK;
     int error = 0;
-    const bool replaced = replaceContent(*local, Permissions::usual, [&](const Descriptor& file) {
+    const bool replaced = replaceContent(paths_, *local, Permissions::usual, [&](const Descriptor& file) {
       LocalFile target{file};
       set(CURLOPT_WRITEFUNCTION, takeBytes);
       set(CURLOPT_WRITEDATA, &target);

@@ -1,11 +1,12 @@
 // Paths: drives, separators, encodings and the look-up without regard to case.
 #include "platform/linux/paths.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <utility>
 
-#include "platform/linux/folder.h"
 #include "platform/virtual/code_page.h"
 #include "platform/virtual/letter_case.h"
 
@@ -26,27 +27,6 @@ std::string withSlashes(std::string_view text) {
 bool existsAsSpelled(const std::string& native) {
   struct stat status {};
   return ::lstat(native.c_str(), &status) == 0;
-}
-
-/// Finds the entry of a folder that differs from `name` in case alone; of several the first by its bytes. Nothing when
-/// there is none, or an entry spelled so after all.
-std::optional<std::string> entryLike(const Descriptor& folder, std::string_view name) {
-  const auto wanted = textOfName(name);
-  if (!wanted) return std::nullopt;
-  const bool plain = std::all_of(name.begin(), name.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
-  const char first = upperCase(wanted->front());
-  std::optional<std::string> found;
-  bool asSpelled = false;
-  readFolder(folder, [&](const dirent64& entry) {
-    if (plain && upperCase(entry.d_name[0]) != first) return;
-    const std::string_view entryName(entry.d_name);
-    if (plain && entryName.size() != name.size()) return;
-    const bool like = plain ? equalIgnoringCase(entryName, name)
-                            : equalIgnoringCase(textOfName(entryName).value_or(std::string()), *wanted);
-    asSpelled = asSpelled || (like && entryName == name);
-    if (like && (!found || entryName < *found)) found = std::string(entryName);
-  });
-  return asSpelled ? std::nullopt : found;
 }
 
 /// Length of the part of `native` before its last name, ending separators left out.
@@ -76,7 +56,7 @@ std::optional<std::string> Paths::resolve(std::string_view path) const {
   return otherSpelling(*native).path;
 }
 
-Spelling otherSpelling(const std::string& native) {
+Spelling Paths::otherSpelling(const std::string& native) const {
   std::string_view whole = native;
   while (whole.size() > 1 && whole.back() == '/') whole.remove_suffix(1);
   const std::string_view name = whole.substr(folderLength(whole));
@@ -88,18 +68,22 @@ Spelling otherSpelling(const std::string& native) {
     return {.path = other.path + native.substr(folder.size()), .exists = other.exists};
   }
 
-  Descriptor opened = openFolder(folder.empty() ? "." : folder);
-  if (!opened && (errno == ENOENT || errno == ENOTDIR) && !folder.empty()) {
+  auto match = names_.find(folder, name);
+  if (!match && (errno == ENOENT || errno == ENOTDIR) && !folder.empty()) {
     const Spelling other = otherSpelling(folder);
-    if (!other.exists) return {.path = other.path + (other.path.ends_with('/') ? "" : "/") + std::string(name)};
     folder = other.path + (other.path.ends_with('/') ? "" : "/");
-    opened = openFolder(folder);
-    if (opened && existsAsSpelled(folder + std::string(name)))
-      return {.path = folder + std::string(native.substr(folderLength(whole))), .exists = true};
+    if (other.exists) match = names_.find(folder, name);
+    if (match && match->asSpelled) return {.path = folder + native.substr(folderLength(whole)), .exists = true};
   }
-  const std::string_view ending = std::string_view(native).substr(whole.size());
-  const auto found = opened ? entryLike(opened, name) : std::nullopt;
-  return {.path = folder + found.value_or(std::string(name)) + std::string(ending), .exists = found.has_value()};
+  // Something that is there as spelled after all has no other spelling.
+  const bool found = match && match->otherwise && !match->asSpelled;
+  return {.path = folder + (found ? *match->otherwise : std::string(name)) + native.substr(whole.size()),
+          .exists = found};
+}
+
+bool Paths::isKnownToBeAbsent(const std::string& native) const {
+  const std::size_t length = folderLength(native);
+  return names_.isKnownToLack(native.substr(0, length), std::string_view(native).substr(length));
 }
 
 std::optional<std::string> textOfName(std::string_view name) {

@@ -6,10 +6,18 @@
 #include <string>
 #include <string_view>
 
+#include "platform/linux/folder_names.h"
+
 namespace tellaxis::platform {
 
+/// Another spelling of a path of which something does not exist as spelled.
+struct Spelling {
+  std::string path;     ///< in it every folder that exists is spelled as on the disk
+  bool exists = false;  ///< the whole path names something, in this spelling
+};
+
 /// A backslash separates folders as a slash does; a drive letter is a folder; bytes above 127 become UTF-8. Without a
-/// drive a path is native.
+/// drive a path is native. May be used by several threads.
 class Paths {
  public:
   /// Native folders. `drives` by upper-case letter; a letter that it lacks is the folder "drive_c" (and so on) of the
@@ -24,19 +32,17 @@ class Paths {
   /// NUL.
   std::optional<std::string> resolve(std::string_view path) const;
 
+  /// Looks a native path up without regard to case, after it was found that nothing exists there as spelled.
+  Spelling otherSpelling(const std::string& native) const;
+
+  /// True when it is known without a look that a native path names nothing, in whatever case.
+  bool isKnownToBeAbsent(const std::string& native) const;
+
  private:
   std::string mainFolder_;
   std::map<char, std::string> drives_;
+  mutable FolderNames names_;
 };
-
-/// Another spelling of a path of which something does not exist as spelled.
-struct Spelling {
-  std::string path;     ///< in it every folder that exists is spelled as on the disk
-  bool exists = false;  ///< the whole path names something, in this spelling
-};
-
-/// Looks a native path up without regard to case, after it was found that nothing exists there as spelled.
-Spelling otherSpelling(const std::string& native);
 
 /// A name on the disk in code page 1252; nothing when it has a character without a place there. A name that is no valid
 /// UTF-8 is taken to be in code page 1252 already.

@@ -11,20 +11,33 @@
 #include <cstdlib>
 #include <utility>
 
-#include "platform/linux/paths.h"
-
 namespace tellaxis::platform {
 
 namespace {
 
 constexpr int patienceWithDevices = 2000;  // milliseconds
 
+/// What this process is, asked for once.
+struct Process {
+  std::string number = std::to_string(::getpid());
+  uid_t user = ::geteuid();
+  gid_t group = ::getegid();
+  mode_t mask = ::umask(0);
+
+  Process() { ::umask(mask); }
+};
+
+const Process& thisProcess() {
+  static const Process process;
+  return process;
+}
+
 /// A file that is written under a hidden name beside its target, and takes the target's name once it is whole.
 /// Destroyed before that, it leaves nothing behind.
 class NewFile {
  public:
   NewFile(std::string target, mode_t permissions) : target_(std::move(target)) {
-    name_ = target_.substr(0, target_.size() - lastName(target_).size()) + ".tellaxis-" + std::to_string(::getpid());
+    name_ = target_.substr(0, target_.size() - lastName(target_).size()) + ".tellaxis-" + thisProcess().number;
     file_ = create(permissions);
     if (!file_ && errno == EEXIST && ::unlink(name_.c_str()) == 0) file_ = create(permissions);
   }
@@ -62,11 +75,11 @@ struct Target {
 };
 
 /// Looks up what is to be replaced: case and links. A link that leads nowhere is a failure.
-bool findTarget(Target& target) {
+bool findTarget(const Paths& paths, Target& target) {
   target.exists = ::lstat(target.path.c_str(), &target.status) == 0;
   if (!target.exists) {
     if (errno != ENOENT && errno != ENOTDIR) return false;
-    Spelling other = otherSpelling(target.path);
+    Spelling other = paths.otherSpelling(target.path);
     target.path = std::move(other.path);
     target.exists = other.exists && ::lstat(target.path.c_str(), &target.status) == 0;
   }
@@ -86,11 +99,13 @@ Descriptor openInPlace(const Target& target) {
   return Descriptor(::open(target.path.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
 }
 
-/// Gives a new file the permissions, and where that is allowed the owner, of the file that it replaces.
+/// Gives a file created with `replaced`'s permissions the rest of its likeness, the owner only where that is allowed.
 bool resemble(const Descriptor& file, const struct stat& replaced) {
-  if (replaced.st_uid != ::geteuid() || replaced.st_gid != ::getegid())
-    if (::fchown(file.number(), replaced.st_uid, replaced.st_gid) != 0 && errno != EPERM) return false;
-  return ::fchmod(file.number(), replaced.st_mode & 07777) == 0;
+  const Process& process = thisProcess();
+  const bool ours = replaced.st_uid == process.user && replaced.st_gid == process.group;
+  if (!ours && ::fchown(file.number(), replaced.st_uid, replaced.st_gid) != 0 && errno != EPERM) return false;
+  const bool asCreated = ours && (replaced.st_mode & (process.mask | 07000)) == 0;
+  return asCreated || ::fchmod(file.number(), replaced.st_mode & 07777) == 0;
 }
 
 bool waitUntilWritable(const Descriptor& file) {
@@ -104,12 +119,11 @@ bool waitUntilWritable(const Descriptor& file) {
 
 Descriptor openRegularFile(const std::string& native) {
   struct stat status {};
-  if (::stat(native.c_str(), &status) != 0) return {};
-  if (!S_ISREG(status.st_mode)) {
-    errno = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
-    return {};
-  }
-  return Descriptor(::open(native.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  Descriptor file(::open(native.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  if (!file || ::fstat(file.number(), &status) != 0) return {};
+  if (S_ISREG(status.st_mode)) return file;
+  errno = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+  return {};
 }
 
 bool writeAll(const Descriptor& file, std::string_view bytes) {
@@ -133,16 +147,16 @@ bool copyAll(const Descriptor& from, const Descriptor& to) {
   }
 }
 
-bool replaceContent(const std::string& path, Permissions permissions,
+bool replaceContent(const Paths& paths, const std::string& path, Permissions permissions,
                     const std::function<bool(const Descriptor&)>& write) {
   Target target{.path = path};
-  if (!findTarget(target)) return false;
+  if (!findTarget(paths, target)) return false;
   if (target.exists && !S_ISREG(target.status.st_mode)) {
     const Descriptor device = openInPlace(target);
     return device && write(device);
   }
   const bool usual = permissions == Permissions::usual;
-  NewFile file(target.path, usual ? 0666 : 0600);
+  NewFile file(target.path, !usual ? 0600 : target.exists ? target.status.st_mode & 0777 : 0666);
   if (!file) return false;
   if (usual && target.exists && !resemble(file.file(), target.status)) return false;
   return write(file.file()) && file.replaceTarget();

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "platform/linux/descriptor.h"
+#include "platform/linux/paths.h"
 
 namespace tellaxis::platform {
 
@@ -26,8 +27,9 @@ enum class Permissions {
 };
 
 /// Makes what `write` writes the content of `path`. A regular file is replaced as a whole, without a moment at which
-/// its name stands for half of it; a device or pipe is written into; a link is followed.
-bool replaceContent(const std::string& path, Permissions permissions,
+/// its name stands for half of it; a device or pipe is written into; a link is followed. Where nothing exists at `path`
+/// as spelled, another spelling is looked for.
+bool replaceContent(const Paths& paths, const std::string& path, Permissions permissions,
                     const std::function<bool(const Descriptor&)>& write);
 
 /// Gives `from` the name `to`, which nothing may have.

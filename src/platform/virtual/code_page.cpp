@@ -23,6 +23,10 @@ std::optional<char> byteOf(char32_t character) {
   return static_cast<char>(0x80 + (found - upperControls.begin()));
 }
 
+bool isAscii(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<std::uint8_t>(c) < 0x80; });
+}
+
 /// One character taken from the front of UTF-8 text; a length of 0 where it is none.
 struct Decoded {
   char32_t character = 0;
@@ -68,6 +72,7 @@ void appendUtf8(std::string& text, char32_t character) {
 }
 
 std::string utf8FromCodePage(std::string_view text) {
+  if (isAscii(text)) return std::string(text);
   std::string utf8;
   utf8.reserve(text.size());
   for (const char byte : text) appendUtf8(utf8, unicodeOf(byte));
@@ -84,6 +89,7 @@ bool isUtf8(std::string_view text) {
 }
 
 std::optional<std::string> codePageFromUtf8(std::string_view text) {
+  if (isAscii(text)) return std::string(text);
   std::string bytes;
   while (!text.empty()) {
     const Decoded front = decodeFront(text);
