@@ -1,12 +1,20 @@
-"""Demo: a sample cash desk whose every device receives a job from the real bridge; says what arrived and how fast."""
+"""Demo: sample cash desks whose every device receives a job from the real bridge; says what arrived and how fast."""
 
+import os
+import shutil
+import subprocess
 import sys
+import threading
 import time
+from pathlib import Path
 
+import demo_jobs
 import fiscal_driver
-from harness import Desk, wait_for
+from harness import TOOLS, Desk, wait_for
+from serial_line import SerialLine
 
-RECEIPT = "VENDITA REP 1  12,50\r\nVENDITA REP 2   3,00\r\nTOTALE        15,50\r\n"
+POLLING = 0.5  # seconds, as on a cash desk
+PAGES = Path(os.environ.get("TELLAXIS_DEMO_PAGES", "demo-pages"))
 
 
 class Report:
@@ -22,88 +30,242 @@ class Report:
         try:
             wait_for(arrived, device, 30)
         except AssertionError as failure:
-            self.missing.append(device)
-            print(f"  MISSING  {device}: {failure}")
+            self.lacks(device, failure)
             return
         took = (time.monotonic() - begun) * 1000
-        print(f"  {took:5.0f} ms  {device}: {show()}")
+        print(f"  {took:5.0f} ms  {device}")
+        for line in show():
+            print(f"            {line}")
+
+    def lacks(self, what, why):
+        self.missing.append(what)
+        print(f"  MISSING   {what}: {why}")
 
 
-def one_line(text):
-    return " | ".join(line.strip() for line in text.strip().splitlines())
+def lines_of(text):
+    return [line.rstrip() for line in text.splitlines() if line.strip()]
 
 
-def program_driver(desk, report, protocol):
-    fiscal_driver.configure(desk, protocol, MF_Driver=fiscal_driver.command_line(desk, work=100))
-    run(desk, report, lambda: report.job(
-        protocol,
-        lambda: desk.drop("scontrino.txt", RECEIPT),
+def run(desk, report, jobs):
+    """Starts the bridge, lets the jobs pass and stops it."""
+    program = desk.start(polling=POLLING)
+    jobs()
+    status = program.stop()
+    if status != 0:
+        report.lacks("a clean end", f"status {status}")
+
+
+def add_printer(desk, name, port):
+    """A folder printer; returns the folder of its documents."""
+    folder = name.replace(" ", "-")
+    with open(desk.main / "devices.toml", "a", encoding="utf-8") as devices:
+        devices.write(f'[[printer]]\nname = "{name}"\nport = "{port}"\ntarget = "folder:{folder}"\n')
+    return desk.main / folder
+
+
+def documents(folder):
+    return sorted(folder.glob("[0-9]*.jsonl")) if folder.exists() else []
+
+
+def keep_pages(folder):
+    """Copies the drawn pages to where they can be looked at after the demo; tells the text of the last one and the places."""
+    PAGES.mkdir(parents=True, exist_ok=True)
+    places = []
+    for page in sorted(folder.glob("[0-9]*.png")):
+        place = PAGES / f"{folder.name}-{page.name}"
+        shutil.copy(page, place)
+        places.append(f"page: {place}")
+    if not places:
+        raise AssertionError(f"no page was drawn in {folder}")
+    text = documents(folder)[-1].with_suffix(".txt").read_text(encoding="utf-8")
+    return lines_of(text)[:6] + places
+
+
+def print_job(desk, report, device, folder, begin, count=1):
+    report.job(device, begin, lambda: len(documents(folder)) >= count, lambda: keep_pages(folder))
+
+
+class PoleDisplay:
+    """The pole display simulator on COM 5; prints the picture of one message and ends."""
+
+    def __init__(self, desk):
+        self.link = desk.root / "com5"
+        with open(desk.main / "devices.toml", "a", encoding="utf-8") as devices:
+            devices.write(f'[[serial]]\nport = 5\ndevice = "{self.link}"\n')
+        self.process = subprocess.Popen(
+            [str(TOOLS / "pole_display"), "--link", str(self.link), "--once"], stdout=subprocess.PIPE, text=True
+        )
+        desk.programs.append(self)
+        self.picture = None
+        threading.Thread(target=self._read, daemon=True).start()
+        wait_for(self.link.exists, "the display's port")
+
+    def _read(self):
+        self.picture = self.process.stdout.read()
+
+    def kill(self):
+        self.process.kill()
+        self.process.wait()
+
+
+def point_of_sale_settings(desk, **values):
+    text = "[Varie]\r\n" + "".join(f"{key}={value}\r\n" for key, value in values.items())
+    desk.c("MERIDIA\\_Local.ini").write_bytes(text.encode("cp1252"))
+
+
+def whole_installation(desk, report):
+    """All devices at once, configured by the point-of-sale application's own settings."""
+    desk.c("MF").mkdir()
+    display = PoleDisplay(desk)
+    receipts = add_printer(desk, "SAMSUNG SRP-500", "COM3:")
+    slips = add_printer(desk, "EPSON TM-L90 Receipt", "LPT1:")
+    point_of_sale_settings(
+        desk,
+        MisPre="93",
+        CommPre="2",
+        CF_SETTAGGIO="9600,N,8,1",
+        Delay="10",
+        MF_FILE_DRIVER=fiscal_driver.command_line(desk, work=100),
+        Banco_DisplayNoNd="2",
+        Dis_PortaCom="5",
+        Dis_Parametri="9600,N,8,1",
+        BANCO_DS_STAMPANTE="66",
+        BANCO_DS_STAMPANTE_C="3",
+    )
+    # What the point-of-sale side does not know, the operator has entered.
+    desk.settings(
+        Orbis_Directory="C:\\MERIDIA",
+        MF_File="C:\\MF\\in.txt",
+        MF_File_Output="C:\\MF\\out.txt",
+        Display_File="C:\\MERIDIA\\Display.txt",
+        CORT_Active=-1,
+        RF_Active=-1,
+        RF_Stampante="EPSON TM-L90 Receipt",
+        RF_Seriale="LPT1:",
+        RF_File="C:\\MERIDIA\\Ricevuta.txt",
+    )
+
+    def jobs():
+        report.job(
+            "customer display, ASEM",
+            lambda: desk.write_whole(desk.c("MERIDIA\\Display.txt"), demo_jobs.DISPLAY),
+            lambda: display.picture,
+            lambda: lines_of(display.picture),
+        )
+        fiscal_job(desk, report, "fiscal printer, NUCLEO DRIVER - 93")
+        print_job(desk, report, "courtesy printer, SAMSUNG class 500", receipts, lambda: desk.drop(
+            "preconto.txt", demo_jobs.COURTESY_500, "CortOrbis"))
+        print_job(desk, report, "slip printer, TM-L90 layout", slips, lambda: desk.write_whole(
+            desk.c("MERIDIA\\Ricevuta.txt"), demo_jobs.SLIP))
+
+    run(desk, report, jobs)
+
+
+def fiscal_job(desk, report, device):
+    report.job(
+        device,
+        lambda: desk.drop("scontrino.txt", demo_jobs.FISCAL),
         lambda: fiscal_driver.receipts(desk) and not desk.jobs("IN"),
-        lambda: one_line(fiscal_driver.receipts(desk)[0]),
-    ))
+        lambda: lines_of(fiscal_driver.receipts(desk)[0]),
+    )
+
+
+def program_driver(protocol):
+    def scene(desk, report):
+        fiscal_driver.configure(desk, protocol, MF_Driver=fiscal_driver.command_line(desk, work=100))
+        run(desk, report, lambda: fiscal_job(desk, report, "fiscal printer, " + protocol))
+
+    return scene
 
 
 def input_file_driver(desk, report):
-    protocol = "CASIO/DITRON - 24"
-    fiscal_driver.configure(desk, protocol)
+    fiscal_driver.configure(desk, "CASIO/DITRON - 24")
     fiscal_driver.watching(desk, desk.c("MF\\in.txt"))
-    run(desk, report, lambda: report.job(
-        protocol,
-        lambda: desk.drop("scontrino.txt", RECEIPT),
-        lambda: fiscal_driver.receipts(desk),
-        lambda: one_line(fiscal_driver.receipts(desk)[0]),
-    ))
+    run(desk, report, lambda: fiscal_job(desk, report, "fiscal printer, CASIO/DITRON - 24"))
 
 
 def fpmate_driver(desk, report):
     fiscal_driver.configure(desk, "FPMate - 29", MF_Buffer=1)
     for folder in ("Epson", "_Buffer"):
         desk.c("MERIDIA\\" + folder).mkdir()
-    target = desk.c("MERIDIA\\Epson\\Scontr.xml")
     for slot in ("#0003", "#0007"):
         desk.c("MERIDIA\\_Buffer\\" + slot).write_text(f"<scontrino posto='{slot}'/>")
-    fiscal_driver.watching(desk, target, work=0)
-
-    def fed():
-        return len(fiscal_driver.receipts(desk))
+    fiscal_driver.watching(desk, desk.c("MERIDIA\\Epson\\Scontr.xml"), work=0)
 
     def both():
         for number in (1, 2):
             report.job(
-                f"FPMate - 29, buffered receipt {number}",
+                f"fiscal printer, FPMate - 29, buffered receipt {number}",
                 lambda: desk.drop("segnale.txt", ""),
-                lambda: fed() == number and not desk.jobs("IN"),
-                lambda: fiscal_driver.receipts(desk)[-1],
+                lambda: len(fiscal_driver.receipts(desk)) == number and not desk.jobs("IN"),
+                lambda: [fiscal_driver.receipts(desk)[-1]],
             )
 
     run(desk, report, both)
 
 
-def run(desk, report, jobs):
-    """Starts the bridge, lets the jobs pass and stops it."""
-    program = desk.start(polling=0.5)
-    jobs()
-    status = program.stop()
-    if status != 0:
-        report.missing.append("a clean end")
-        print(f"  MISSING  the bridge ended with status {status}")
+def courtesy(printer_type, device_name, job):
+    """A courtesy printer of this type on COM3."""
+
+    def scene(desk, report):
+        folder = add_printer(desk, device_name, "COM3:")
+        desk.settings(Orbis_Setting=0, CORT_Active=-1, CORT_Printer=printer_type, CORT_COM=3)
+        run(desk, report, lambda: print_job(
+            desk, report, f"courtesy printer, {printer_type} on {device_name}", folder,
+            lambda: desk.drop("preconto.txt", job, "CortOrbis")))
+
+    return scene
 
 
-def with_desk(scene):
-    desk = Desk()
-    try:
-        scene(desk)
-    finally:
-        desk.close()
+def serial_courtesy(desk, report):
+    line = SerialLine(desk, 4).plug_in()
+    desk.programs.append(type("Line", (), {"kill": lambda self: line.pull_out()})())
+    desk.settings(Orbis_Setting=0, CORT_Active=-1, CORT_Printer="DPT-282", CORT_COM=4)
+    run(desk, report, lambda: report.job(
+        "courtesy printer, DPT-282 on COM4",
+        lambda: desk.drop("preconto.txt", demo_jobs.SERIAL, "CortOrbis"),
+        lambda: bytes(line.received).endswith(b"\x1bm"),
+        lambda: [repr(bytes(line.received))],
+    ))
+
+
+def slip(printer):
+    def scene(desk, report):
+        folder = add_printer(desk, printer, "LPT1:")
+        desk.settings(
+            Orbis_Setting=0, RF_Active=-1, RF_Stampante=printer, RF_Seriale="LPT1:", RF_File="C:\\MERIDIA\\Ricevuta.txt"
+        )
+        run(desk, report, lambda: print_job(desk, report, f"slip printer, {printer}", folder, lambda: desk.write_whole(
+            desk.c("MERIDIA\\Ricevuta.txt"), demo_jobs.SLIP)))
+
+    return scene
+
+
+SCENES = (
+    whole_installation,
+    program_driver("ONDA DRIVER - 91"),
+    program_driver("GLOBE DRIVER - 106"),
+    input_file_driver,
+    fpmate_driver,
+    courtesy("SAMSUNG", "SAMSUNG SRP-350", demo_jobs.COURTESY_OTHERS),
+    courtesy("SAMSUNG", "SAMSUNG SRP-103", demo_jobs.COURTESY_OTHERS),
+    courtesy("OLIVETTI PRT100 NonFiscale", "Olivetti PRT100", demo_jobs.LINE_PRINTER),
+    courtesy("UNIPOS MERIDIA", "Unipos", demo_jobs.UNIPOS),
+    serial_courtesy,
+    slip("Custom KUBE Ric. Fisc. [A]"),
+    slip("EPSON TM-U295 Slip"),
+)
 
 
 def main():
     report = Report()
-    print("Fiscal printers (each line: time from the job file to the device, at a polling interval of 500 ms):")
-    for protocol in fiscal_driver.PROGRAM_PROTOCOLS:
-        with_desk(lambda desk: program_driver(desk, report, protocol))
-    with_desk(lambda desk: input_file_driver(desk, report))
-    with_desk(lambda desk: fpmate_driver(desk, report))
+    print("Each job: time from the job file's appearance to the device, at a polling interval of 500 ms, and what arrived.")
+    for scene in SCENES:
+        desk = Desk()
+        try:
+            scene(desk, report)
+        finally:
+            desk.close()
     if report.missing:
         print("Not everything arrived: " + ", ".join(report.missing))
         return 1

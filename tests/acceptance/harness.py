@@ -126,10 +126,14 @@ class Desk:
     # Jobs
 
     def drop(self, name, text="scontrino\r\n", folder="Orbis"):
-        """A job appears whole in a drop folder."""
-        unfinished = self.root / ("job-" + name)
+        """A job appears in a drop folder."""
+        self.write_whole(self.main / folder / name, text)
+
+    def write_whole(self, path, text):
+        """A file appears at once with all its text."""
+        unfinished = self.root / ("unfinished-" + path.name)
         unfinished.write_bytes(text if isinstance(text, bytes) else text.encode("cp1252"))
-        unfinished.replace(self.main / folder / name)
+        unfinished.replace(path)
 
     def jobs(self, folder="Orbis"):
         return sorted(entry.name for entry in (self.main / folder).iterdir())
