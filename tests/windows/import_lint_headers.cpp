@@ -1,0 +1,31 @@
+// Import lint headers: what the system offers to programs, as declared for one version of Windows.
+#define _WINSOCK_DEPRECATED_NO_WARNINGS
+// clang-format off
+#include <winsock2.h>
+#include <ws2tcpip.h>
+#include <mswsock.h>
+#include <windows.h>
+#include <commctrl.h>
+#include <commdlg.h>
+#include <direct.h>
+#include <io.h>
+#include <iphlpapi.h>
+#include <oleacc.h>
+#include <oleauto.h>
+#include <ole2.h>
+#include <process.h>
+#include <psapi.h>
+#include <setupapi.h>
+#include <shellapi.h>
+#include <shlobj.h>
+#include <shlwapi.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <time.h>
+#include <tlhelp32.h>
+#include <uxtheme.h>
+#include <wincrypt.h>
+#include <wininet.h>
+#include <winspool.h>
+#include <winver.h>
