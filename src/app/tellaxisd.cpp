@@ -69,7 +69,7 @@ int run(const CommandLine& line) {
 
 int main(int count, char** words) {
   try {
-    const std::vector<std::string> arguments(words + 1, words + count);
+    const std::vector<std::string> arguments = platform::programArguments(count, words);
     const auto read = readCommandLine(program, arguments, OneShots::offered);
     if (const auto* message = std::get_if<EndAtOnce>(&read)) return end(*message);
     return run(std::get<CommandLine>(read));

@@ -5,8 +5,13 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tellaxis::platform {
+
+/// The words after the program's name on its command line, in UTF-8 whatever the system passes on. From here on a
+/// console shows what the program prints as UTF-8.
+std::vector<std::string> programArguments(int count, char** words);
 
 /// Native path of the folder that holds this program, without a trailing separator.
 std::string programFolder();

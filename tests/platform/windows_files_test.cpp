@@ -133,15 +133,17 @@ TEST_F(WindowsFilesTest, AMoveGivesAnotherNameAndNeverReplaces) {
   EXPECT_EQ(folder.read("da.txt"), "due");
 }
 
-TEST_F(WindowsFilesTest, AFileStillBeingWrittenIsNotMoved) {
+TEST_F(WindowsFilesTest, AFileStillBeingWrittenIsNeitherListedNorMoved) {
   folder.write("da.txt", "uno");
   for (const DWORD sharing :
        {0UL, DWORD{FILE_SHARE_READ}, DWORD{FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE}}) {
     const auto writer = hold("da.txt", GENERIC_WRITE, sharing);
     ASSERT_TRUE(writer);
+    EXPECT_THAT(files.list(folder / ""), Optional(IsEmpty())) << sharing;
     EXPECT_FALSE(files.move(folder / "da.txt", folder / "a.txt")) << sharing;
   }
   EXPECT_EQ(trace.lines.size(), 3U);
+  EXPECT_THAT(files.list(folder / ""), Optional(ElementsAre("da.txt")));
   EXPECT_TRUE(files.move(folder / "da.txt", folder / "a.txt"));
 }
 

@@ -57,6 +57,8 @@ void requestStop(int) {
 
 }  // namespace
 
+std::vector<std::string> programArguments(int count, char** words) { return {words + 1, words + count}; }
+
 std::string programFolder() {
   char path[PATH_MAX];
   const ssize_t length = ::readlink("/proc/self/exe", path, sizeof path);

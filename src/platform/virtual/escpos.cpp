@@ -38,7 +38,11 @@ int highByte(int number) { return number >> 8; }
 
 bool isRed(Color color) { return color.red >= 128 && color.green < 128 && color.blue < 128; }
 
-int dotsFrom(double twips) { return static_cast<int>(std::clamp(twips / twipsPerDot, 0.0, double{greatestPosition})); }
+/// Whole dots; a hair is added since a quotient that should be whole may come out just below it.
+int dotsFrom(double twips) {
+  constexpr double hair = 1e-9;
+  return static_cast<int>(std::clamp(twips / twipsPerDot + hair, 0.0, double{greatestPosition}));
+}
 
 }  // namespace
 

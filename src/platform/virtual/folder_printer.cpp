@@ -6,7 +6,10 @@
 #include <atomic>
 #include <charconv>
 #include <chrono>
+#include <cmath>
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string_view>
@@ -55,10 +58,20 @@ void appendJsonText(std::string& json, std::string_view text) {
   json += '"';
 }
 
+/// The fewest digits that read back as the same number. (std::to_chars would bring 180 KB of tables into the program.)
 void appendNumber(std::string& json, double number) {
+  constexpr int mostDigits = 17;
+  constexpr double exactIntegers = 1e15;
+  if (number == std::trunc(number) && std::abs(number) < exactIntegers) {
+    json += std::to_string(static_cast<std::int64_t>(number));
+    return;
+  }
   std::array<char, 32> text{};
-  const auto result = std::to_chars(text.data(), text.data() + text.size(), number);
-  json.append(text.data(), result.ptr);
+  for (int digits = 1; digits <= mostDigits; ++digits) {
+    std::snprintf(text.data(), text.size(), "%.*g", digits, number);
+    if (std::strtod(text.data(), nullptr) == number) break;
+  }
+  json += text.data();
 }
 
 void appendCoordinate(std::string& json, std::optional<double> coordinate) {

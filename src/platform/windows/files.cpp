@@ -41,6 +41,16 @@ void sortWithoutRegardToCase(std::vector<std::wstring>& names) {
   });
 }
 
+/// Opening without sharing the right to write fails while anybody has the file open for writing.
+UniqueHandle openWithoutWriters(const std::wstring& path) {
+  return owned(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                           FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+bool heldByWriter(const std::wstring& path) {
+  return !openWithoutWriters(path) && GetLastError() == ERROR_SHARING_VIOLATION;
+}
+
 }  // namespace
 
 bool Files::exists(std::string_view path) { return findFile(wide(path)).has_value(); }
@@ -66,8 +76,10 @@ std::optional<std::vector<std::string>> Files::list(std::string_view folder) {
     return std::nullopt;
   }
   sortWithoutRegardToCase(*found);
+  const std::wstring prefix = wide(folder) + L'\\';
   std::vector<std::string> names;
   for (const std::wstring& name : *found) {
+    if (heldByWriter(prefix + name)) continue;
     if (auto narrowName = narrow(name))
       names.push_back(std::move(*narrowName));
     else
@@ -87,10 +99,8 @@ bool Files::copy(std::string_view from, std::string_view to) {
 
 bool Files::move(std::string_view from, std::string_view to) {
   const std::wstring source = wide(from);
-  // Opening without sharing the right to write fails while anybody has the file open for writing; held open until the
-  // file has its new name, it keeps new writers out.
-  const UniqueHandle guard = owned(CreateFileW(source.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE,
-                                               nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  // Held open until the file has its new name, it keeps new writers out.
+  const UniqueHandle guard = openWithoutWriters(source);
   if (!guard) return failed(trace_, "move", from);
   return MoveFileExW(source.c_str(), wide(to).c_str(), MOVEFILE_COPY_ALLOWED) || failed(trace_, "move", from);
 }

@@ -1,7 +1,12 @@
 // Resident on Windows: a mutex for the main folder, and console events as the wish to stop.
 #include "platform/resident.h"
 
+#include <windows.h>
+// After windows.h, which it needs.
+#include <shellapi.h>
+
 #include <atomic>
+#include <cstdlib>
 
 #include "platform/windows/folder_identity.h"
 #include "platform/windows/native.h"
@@ -23,6 +28,9 @@ class MutexLock : public InstanceLock {
 /// Set by the first wish to stop; the system's own thread comes to `consoleEvent`.
 std::atomic<HANDLE> stopWish = nullptr;
 
+/// The console outlives the program and gets back what it had.
+UINT formerConsoleCodePage = 0;
+
 BOOL WINAPI consoleEvent(DWORD kind) {
   const HANDLE wish = stopWish;
   const bool second = wish == nullptr || WaitForSingleObject(wish, 0) == WAIT_OBJECT_0;
@@ -34,6 +42,17 @@ BOOL WINAPI consoleEvent(DWORD kind) {
 }
 
 }  // namespace
+
+std::vector<std::string> programArguments(int /*count*/, char** /*words*/) {
+  // What main gets has been through the machine's own code page, and patterns in it have been expanded.
+  int count = 0;
+  const std::unique_ptr<wchar_t*, decltype(&LocalFree)> words(CommandLineToArgvW(GetCommandLineW(), &count), LocalFree);
+  std::vector<std::string> arguments;
+  for (int i = 1; i < count; ++i) arguments.push_back(windows::utf8(words.get()[i]));
+  formerConsoleCodePage = GetConsoleOutputCP();
+  if (SetConsoleOutputCP(CP_UTF8)) std::atexit([] { SetConsoleOutputCP(formerConsoleCodePage); });
+  return arguments;
+}
 
 std::string programFolder() {
   std::wstring path(32'768, L'\0');
