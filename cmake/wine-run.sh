@@ -16,4 +16,6 @@ if [ ! -f "$WINEPREFIX/.ready" ]; then
     }
   ) 9>"$WINEPREFIX.lock"
 fi
+# Kept a while for the next program: starting it anew takes a second and more.
+wineserver -p20 2>/dev/null
 exec wine "$@"
