@@ -78,7 +78,7 @@ def keep_pages(folder):
     if not places:
         raise AssertionError(f"no page was drawn in {folder}")
     text = documents(folder)[-1].with_suffix(".txt").read_text(encoding="utf-8")
-    return lines_of(text)[:6] + places
+    return [line for line in lines_of(text) if len(line.strip()) > 1][:6] + places
 
 
 def print_job(desk, report, device, folder, begin, count=1):
@@ -132,6 +132,7 @@ def whole_installation(desk, report):
         BANCO_DS_STAMPANTE="66",
         BANCO_DS_STAMPANTE_C="3",
     )
+    desk.c("MERIDIA\\LogoCassa.bmp").write_bytes(demo_jobs.logo())
     # What the point-of-sale side does not know, the operator has entered.
     desk.settings(
         Orbis_Directory="C:\\MERIDIA",
@@ -139,6 +140,7 @@ def whole_installation(desk, report):
         MF_File_Output="C:\\MF\\out.txt",
         Display_File="C:\\MERIDIA\\Display.txt",
         CORT_Active=-1,
+        CORT_Logo=-1,
         RF_Active=-1,
         RF_Stampante="EPSON TM-L90 Receipt",
         RF_Seriale="LPT1:",
@@ -154,7 +156,7 @@ def whole_installation(desk, report):
         )
         fiscal_job(desk, report, "fiscal printer, NUCLEO DRIVER - 93")
         print_job(desk, report, "courtesy printer, SAMSUNG class 500", receipts, lambda: desk.drop(
-            "preconto.txt", demo_jobs.COURTESY_500, "CortOrbis"))
+            "preconto.txt", demo_jobs.COURTESY_500, "CortOrbis"), count=2)
         print_job(desk, report, "slip printer, TM-L90 layout", slips, lambda: desk.write_whole(
             desk.c("MERIDIA\\Ricevuta.txt"), demo_jobs.SLIP))
 

@@ -1,5 +1,7 @@
 """Demo jobs: what the point-of-sale application of a small restaurant writes."""
 
+import struct
+
 FISCAL = "VENDITA REP 1  12,50\r\nVENDITA REP 2   3,00\r\nTOTALE        15,50\r\n"
 
 DISPLAY = "TOTALE        15,50\r\nGRAZIE, ARRIVEDERCI\r\n"
@@ -35,7 +37,7 @@ COURTESY_OTHERS = "".join(
         "1 Branzino al sale   18,00",
         "1 Acqua 1 l           2,50",
         "TOTALE EURO          37,00#0#14#1",
-        "8001234567891#0#14#13",
+        "8001234567897#0#14#13",
         "Documento non fiscale#0#8#0",
         "#1",
     )
@@ -72,12 +74,33 @@ SLIP = "".join(
         "I2 Spett.le Bianchi S.r.l.",
         "I2 Via Roma 1 - 20121 Milano",
         "I2 P. IVA 09876543210",
-        "RR Quantita' Descrizione            Importo",
-        "RR    2      Coperto                   4,00",
-        "RR    1      Spaghetti alle vongole   12,50",
-        "RR    1      Branzino al sale         18,00",
-        "RR    1      Acqua 1 l                 2,50",
-        "RR                                 --------",
-        "RR           TOTALE EURO              37,00",
+        "RR Q.ta' Descrizione         Importo",
+        "RR   2   Coperto                4,00",
+        "RR   1   Spaghetti vongole     12,50",
+        "RR   1   Branzino al sale      18,00",
+        "RR   1   Acqua 1 l              2,50",
+        "RR                          --------",
+        "RR       TOTALE EURO           37,00",
     )
 )
+
+
+def logo():
+    """A sailing boat as a bitmap of one bit a pixel, 384 by 96."""
+    width, height = 384, 96
+
+    def black(x, y):
+        sail = 20 <= y < 64 and 196 < x < 196 + (y - 16)
+        jib = 28 <= y < 64 and 190 - (y - 22) * 0.8 < x < 190
+        hull = 68 <= y < 82 and 130 + (y - 68) < x < 258 - 2 * (y - 68)
+        waves = y in (86, 87, 91, 92) and (x // 8 + y // 5) % 2 == 0 and 96 < x < 288
+        return sail or jib or hull or waves
+
+    rows = bytearray()
+    for y in reversed(range(height)):
+        for first in range(0, width, 8):
+            rows.append(sum((not black(first + bit, y)) << (7 - bit) for bit in range(8)))
+    palette = bytes((0, 0, 0, 0, 255, 255, 255, 0))
+    sizes = struct.pack("<IiiHHIIiiII", 40, width, height, 1, 1, 0, len(rows), 8000, 8000, 2, 2)
+    offset = 14 + len(sizes) + len(palette)
+    return struct.pack("<2sIHHI", b"BM", offset + len(rows), 0, 0, offset) + sizes + palette + bytes(rows)
