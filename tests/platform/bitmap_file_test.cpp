@@ -132,7 +132,6 @@ TEST(BitmapFile, ReadsTheOldShortHeader) {
 
 TEST(BitmapFile, RefusesEveryKindCutShort) {
   for (const Kind& kind : allKinds()) {
-    if (kind.compression == 1 || kind.compression == 2) continue;
     const std::string bytes = fileOf(kind);
     for (std::size_t length = 0; length + 4 < bytes.size(); ++length)
       EXPECT_TRUE(std::holds_alternative<BitmapError>(readBitmap(bytes.substr(0, length))))
@@ -170,6 +169,15 @@ TEST(BitmapFile, ReservesNoMemoryForSizesThatTheFileCannotHold) {
             << width << "x" << height << " " << bits << " " << compression;
         EXPECT_LT(highestResident() - before, 4096);
       }
+}
+
+TEST(BitmapFile, ReservesNoMemoryForAPaletteThatTheFileCannotHold) {
+  std::string bytes = fileOf({"palette", 4, 2, 8, 0, palette(256), std::string(8, '\0')});
+  for (int i = 46; i < 50; ++i) bytes[i] = '\x7F';
+  std::ofstream("/proc/self/clear_refs") << 5;
+  const long before = highestResident();
+  EXPECT_TRUE(std::holds_alternative<BitmapError>(readBitmap(bytes)));
+  EXPECT_LT(highestResident() - before, 4096);
 }
 
 TEST(BitmapFile, RefusesWhatIsNoBitmap) {

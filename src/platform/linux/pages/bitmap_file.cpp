@@ -20,6 +20,7 @@ constexpr std::uint32_t oldHeaderSize = 12;
 constexpr std::size_t greatestFile = 64U * 1024 * 1024;
 constexpr std::int64_t mostPixels = 16 * 1024 * 1024;
 constexpr std::int64_t greatestSide = 32'767;
+constexpr std::uint32_t mostColors = 256;
 
 /// How a BMP holds its pixels; the numbers are those of the format.
 enum class Compression : std::uint32_t { none = 0, runs8 = 1, runs4 = 2, masks = 3, alphaMasks = 6 };
@@ -30,6 +31,7 @@ struct Header {
   std::int64_t height = 0;
   std::uint32_t bits = 0;
   Compression compression = Compression::none;
+  std::uint32_t colors = 0;  ///< in the palette; 0: as many as there can be
   std::uint32_t pixelsAt = 0;
 };
 
@@ -62,13 +64,48 @@ std::optional<Header> headerOf(std::string_view bytes) {
   header.height = std::llabs(static_cast<std::int32_t>(file.at(22, 4)));
   header.bits = file.at(28, 2);
   header.compression = static_cast<Compression>(file.at(30, 4));
+  header.colors = file.at(46, 4);
   return header;
 }
 
-/// True when the file is long enough for the pixels that its header promises.
-bool canHold(const Header& header, std::size_t fileSize) {
-  if (header.width <= 0 || header.height <= 0 || header.pixelsAt >= fileSize) return false;
-  const auto available = static_cast<std::int64_t>(fileSize - header.pixelsAt);
+/// True when pixels in runs go on to the end of the picture; gdk-pixbuf takes fewer without a word.
+bool runsAreWhole(std::string_view bytes, const Header& header) {
+  const bool inHalves = header.compression == Compression::runs4;
+  const auto byteAt = [&](std::size_t at) { return static_cast<std::uint8_t>(bytes[at]); };
+  std::int64_t x = 0;
+  std::int64_t y = 0;
+  for (std::size_t at = header.pixelsAt; y < header.height && (y + 1 < header.height || x < header.width);) {
+    if (bytes.size() - at < 2) return false;
+    const std::uint8_t count = byteAt(at);
+    const std::uint8_t value = byteAt(at + 1);
+    at += 2;
+    if (count > 0) {
+      x += count;
+    } else if (value == 0) {
+      x = 0;
+      ++y;
+    } else if (value == 1) {
+      return true;
+    } else if (value == 2) {
+      if (bytes.size() - at < 2) return false;
+      x += byteAt(at);
+      y += byteAt(at + 1);
+      at += 2;
+    } else {
+      const std::size_t length = inHalves ? (value + 1U) / 2 : value;
+      const std::size_t padded = (length + 1) / 2 * 2;
+      if (bytes.size() - at < padded) return false;
+      x += value;
+      at += padded;
+    }
+  }
+  return true;
+}
+
+/// True when the file has the pixels that its header promises.
+bool holdsAll(std::string_view bytes, const Header& header) {
+  if (header.width <= 0 || header.height <= 0 || header.pixelsAt >= bytes.size()) return false;
+  const auto available = static_cast<std::int64_t>(bytes.size() - header.pixelsAt);
   switch (header.compression) {
     case Compression::none:
     case Compression::masks:
@@ -78,7 +115,7 @@ bool canHold(const Header& header, std::size_t fileSize) {
       return rowBytes * header.height - 3 <= available;
     }
     case Compression::runs8:
-    case Compression::runs4: return header.width * header.height <= available * 255;
+    case Compression::runs4: return header.width * header.height <= available * 255 && runsAreWhole(bytes, header);
   }
   return false;
 }
@@ -86,7 +123,7 @@ bool canHold(const Header& header, std::size_t fileSize) {
 bool isSensible(const Header& header) {
   const bool knownDepth = header.bits == 1 || header.bits == 4 || header.bits == 8 || header.bits == 16 ||
                           header.bits == 24 || header.bits == 32;
-  return knownDepth && header.width <= greatestSide && header.height <= greatestSide &&
+  return knownDepth && header.colors <= mostColors && header.width <= greatestSide && header.height <= greatestSide &&
          header.width * header.height <= mostPixels;
 }
 
@@ -119,7 +156,7 @@ std::variant<Bitmap, BitmapError> readBitmap(std::string_view bytes) {
   const auto header = headerOf(bytes);
   if (!header) return BitmapError{"non \xE8 un'immagine BMP"};
   if (!isSensible(*header)) return BitmapError{"immagine di un tipo che non si pu\xF2 stampare"};
-  if (!canHold(*header, bytes.size())) return BitmapError{"immagine danneggiata"};
+  if (!holdsAll(bytes, *header)) return BitmapError{"immagine danneggiata"};
   const std::unique_ptr<GdkPixbufLoader, Unref> loader(gdk_pixbuf_loader_new_with_type("bmp", nullptr));
   if (!loader) return BitmapError{"manca la lettura delle immagini BMP"};
   const auto* data = reinterpret_cast<const guchar*>(bytes.data());
