@@ -23,7 +23,7 @@ def watching(desk, input_file, *options, work=20):
     """Starts a driver that watches a file and consumes it; ended with the scenario."""
     path = TOOLS / ("fiscal_driver_simulator" + (".exe" if ON_WINDOWS else ""))
     arguments = ["watch", "--input", program_path(input_file), "--receipts", program_path(desk.root / "receipts")]
-    process = subprocess.Popen([*EMULATOR, str(path), *arguments, "--work", str(work), *options], stdin=subprocess.DEVNULL)
+    process = subprocess.Popen([*EMULATOR, str(path), *arguments, "--work", str(work), *options], stdin=subprocess.DEVNULL, env=desk.environment())
 
     class Watching:
         def kill(self):

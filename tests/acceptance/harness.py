@@ -10,6 +10,8 @@ import time
 import unittest
 from pathlib import Path
 
+from wine_desk import WineDesk
+
 PROGRAM = Path(os.environ["TELLAXISD"])
 TOOLS = Path(os.environ["TELLAXIS_TOOLS"])
 EMULATOR = os.environ.get("TELLAXIS_EMULATOR", "").split()
@@ -37,7 +39,7 @@ class Program:
             stdin=subprocess.DEVNULL,
             stdout=subprocess.PIPE,
             stderr=subprocess.PIPE,
-            env={**os.environ, **(environment or {})},
+            env=environment,
         )
         self.output = []
         self.complaints = []
@@ -72,7 +74,8 @@ class Program:
         return status
 
     def stop(self, how=signal.SIGTERM):
-        self.process.send_signal(how)
+        # Under Wine the one signal that a program hears of is Ctrl-C.
+        self.process.send_signal(signal.SIGINT if ON_WINDOWS else how)
         return self.wait()
 
     def kill(self):
@@ -96,10 +99,17 @@ class Desk:
         self.programs = []
         for folder in (self.main, self.drive_c, self.drive_c / "Tellaxis", self.drive_c / "MERIDIA"):
             folder.mkdir()
+        self.wine = WineDesk(self.root, self.drive_c, EMULATOR) if ON_WINDOWS else None
+
+    def environment(self):
+        """What programs on this desk are started with."""
+        return {**os.environ, **(self.wine.environment if self.wine else {})}
 
     def close(self):
         for program in self.programs:
             program.kill()
+        if self.wine:
+            self.wine.close()
         shutil.rmtree(self.root, ignore_errors=True)
 
     # Settings
@@ -159,7 +169,7 @@ class Desk:
         return program
 
     def launch(self, *arguments, environment=None):
-        program = Program(arguments, environment)
+        program = Program(arguments, {**self.environment(), **(environment or {})})
         self.programs.append(program)
         return program
 

@@ -4,19 +4,16 @@ import errno
 import os
 import threading
 import time
-import unittest
 from pathlib import Path
 
 from harness import ON_WINDOWS, Scenario, wait_for
-
-WINE_PORTS = Path(os.environ.get("WINEPREFIX", "/nonexistent")) / "dosdevices"
 
 
 class SerialLine:
     """COM `number` of a desk. What comes out of it is gathered from the start, unless nobody listens."""
 
     def __init__(self, desk, number=3):
-        self.link = WINE_PORTS / f"com{number}" if ON_WINDOWS else desk.root / f"com{number}"
+        self.link = desk.root / f"com{number}"
         self.number = number
         self.received = bytearray()
         self.master = None
@@ -83,7 +80,6 @@ class SerialLine:
         return False
 
 
-@unittest.skipIf(ON_WINDOWS and not WINE_PORTS.is_dir(), "WINEPREFIX does not say where COM ports are made")
 class SerialScenario(Scenario):
     """One desk with one serial line."""
 

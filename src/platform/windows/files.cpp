@@ -91,7 +91,10 @@ std::optional<std::vector<std::string>> Files::list(std::string_view folder) {
 bool Files::copy(std::string_view from, std::string_view to) {
   const std::wstring target = wide(to);
   const std::wstring temporary = temporaryBeside(target);
-  if (!CopyFileW(wide(from).c_str(), temporary.c_str(), TRUE)) return failed(trace_, "copy", from);
+  if (!CopyFileW(wide(from).c_str(), temporary.c_str(), TRUE)) {
+    const DWORD reason = GetLastError();
+    return failed(trace_, "copy", findFile(wide(from)) ? to : from, systemReason(reason));
+  }
   // A copy inherits the mark that keeps its original from being written over.
   SetFileAttributesW(temporary.c_str(), FILE_ATTRIBUTE_NORMAL);
   return replaceFile(temporary, target) || failed(trace_, "copy", to);
