@@ -2,7 +2,9 @@
 #include <windows.h>
 
 #include <cmath>
+#include <map>
 #include <set>
+#include <tuple>
 
 #include "platform/windows/native.h"
 #include "platform/windows/pictures.h"
@@ -49,6 +51,9 @@ Face lookUp(HDC context, const std::wstring& name) {
   EnumFontFamiliesExW(context, &wanted, takeFace, reinterpret_cast<LPARAM>(&face), 0);
   return face;
 }
+
+/// Face, size in points, boldness.
+using FontKey = std::tuple<std::string, double, bool>;
 
 class GdiDocument : public DocumentSink {
  public:
@@ -138,14 +143,15 @@ class GdiDocument : public DocumentSink {
   bool selectFont(const PrintStatement& statement) {
     SetBkMode(context_.get(), TRANSPARENT);
     SetTextColor(context_.get(), RGB(statement.color.red, statement.color.green, statement.color.blue));
-    if (font_ && statement.font == fontName_ && statement.size == fontSize_ && statement.bold == fontBold_) return true;
-    const LOGFONTW description = describe(statement);
-    Font font(CreateFontIndirectW(&description));
+    const FontKey key{statement.font, statement.size, statement.bold};
+    if (selected_ == key) return true;
+    Font& font = fonts_[key];
+    if (!font) {
+      const LOGFONTW description = describe(statement);
+      font.reset(CreateFontIndirectW(&description));
+    }
     if (!font || SelectObject(context_.get(), font.get()) == nullptr) return fail("SelectObject");
-    font_ = std::move(font);
-    fontName_ = statement.font;
-    fontSize_ = statement.size;
-    fontBold_ = statement.bold;
+    selected_ = key;
     return true;
   }
 
@@ -167,14 +173,12 @@ class GdiDocument : public DocumentSink {
 
   std::string name_;
   Trace& trace_;
-  Font font_;  ///< outlives the context that it is selected into
+  std::map<FontKey, Font> fonts_;  ///< of this document; they outlive the context that they are selected into
   DeviceContext context_;
   bool started_ = false;
   int x_ = 0;
   int y_ = 0;
-  std::string fontName_;
-  double fontSize_ = 0;
-  bool fontBold_ = false;
+  std::optional<FontKey> selected_;
   std::set<std::string> missing_;  ///< faces already reported
 };
 
