@@ -70,7 +70,7 @@ int showWindow(const WindowSurroundings& surroundings, const std::string& mainFo
   return wxEntry(count, words);
 }
 
-int run(CommandLine& line) {
+int run(const CommandLine& line) {
   const std::string& folder = line.system.mainFolder;
   const auto mainFolder = platform::codePageFromUtf8(folder);
   if (!mainFolder)
@@ -79,8 +79,9 @@ int run(CommandLine& line) {
 
   platform::StopRequest stop;
   Activity activity;
-  line.system.alsoTold = &activity;
-  auto opened = platform::openSystem(line.system);
+  platform::SystemOptions options = line.system;
+  options.alsoTold = &activity;
+  auto opened = platform::openSystem(options);
   if (const auto* error = std::get_if<platform::SystemError>(&opened)) return complain(error->message, statusUnusable);
   const auto lock = platform::lockMainFolder(folder);
   if (!lock && platform::callWindow(folder)) return 0;
@@ -97,7 +98,7 @@ int run(CommandLine& line) {
 int main(int count, char** words) {
   try {
     const std::vector<std::string> arguments(words + 1, words + count);
-    auto read = readCommandLine(program, arguments);
+    const auto read = readCommandLine(program, arguments);
     if (const auto* message = std::get_if<EndAtOnce>(&read)) {
       say(message->status == 0 ? stdout : stderr, message->text);
       return message->status;

@@ -75,7 +75,7 @@ std::vector<std::string> wordsOf(std::string_view commandLine) {
 std::optional<std::string> findProgram(std::string_view word, const Paths& paths) {
   const bool isPath = word.find_first_of("\\/:") != std::string_view::npos;
   for (const std::string& name : possibleNames(word)) {
-    const auto program = isPath ? paths.resolve(name) : onSearchPath(name, paths);
+    auto program = isPath ? paths.resolve(name) : onSearchPath(name, paths);
     if (program && isFile(*program)) return program;
   }
   return std::nullopt;

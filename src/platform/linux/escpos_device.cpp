@@ -216,7 +216,7 @@ std::unique_ptr<ByteChannel> openDeviceChannel(std::string path, Trace& trace, m
   return std::make_unique<DeviceChannel>(std::move(path), trace, patience);
 }
 
-std::unique_ptr<ByteChannel> openNetworkChannel(std::string host, std::uint16_t port, Trace& trace,
+std::unique_ptr<ByteChannel> openNetworkChannel(const std::string& host, std::uint16_t port, Trace& trace,
                                                 milliseconds patience) {
   return std::make_unique<NetworkChannel>(host, port, trace, patience);
 }

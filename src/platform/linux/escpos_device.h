@@ -20,7 +20,7 @@ std::unique_ptr<ByteChannel> openDeviceChannel(std::string path, Trace& trace,
 
 /// A printer that takes bytes on a TCP port, connected to for each document. The document is handed over when the
 /// printer's side has acknowledged all of it.
-std::unique_ptr<ByteChannel> openNetworkChannel(std::string host, std::uint16_t port, Trace& trace,
+std::unique_ptr<ByteChannel> openNetworkChannel(const std::string& host, std::uint16_t port, Trace& trace,
                                                 std::chrono::milliseconds patience = printerPatience);
 
 }  // namespace tellaxis::platform

@@ -69,6 +69,7 @@ class CleanSlate {
   /// 0, or the number of the error.
   int spawn(pid_t& process, const char* program, std::vector<std::string> arguments) const {
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (std::string& argument : arguments) pointers.push_back(argument.data());
     pointers.push_back(nullptr);
     return ::posix_spawn(&process, program, &actions_, &attributes_, pointers.data(), environ);

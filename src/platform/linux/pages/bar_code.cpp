@@ -17,8 +17,8 @@ std::vector<bool> ean13Modules(const std::string& digits) {
   const std::basic_string<unsigned char> source(digits.begin(), digits.end());
   if (ZBarcode_Encode(symbol.get(), source.c_str(), static_cast<int>(source.size())) >= ZINT_ERROR || symbol->rows < 1)
     return {};
-  std::vector<bool> modules;
-  for (int i = 0; i < symbol->width; ++i) modules.push_back(((symbol->encoded_data[0][i / 8] >> (i % 8)) & 1) != 0);
+  std::vector<bool> modules(static_cast<std::size_t>(symbol->width));
+  for (std::size_t i = 0; i < modules.size(); ++i) modules[i] = ((symbol->encoded_data[0][i / 8] >> (i % 8)) & 1) != 0;
   return modules;
 }
 
