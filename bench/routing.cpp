@@ -69,18 +69,49 @@ void bareCopy(const std::string& from, const std::string& to) {
   close(out);
 }
 
-/// List, rename, copy, delete: what no program can do without.
-void barePass(const std::string& drop, const std::string& work, const std::string& target) {
+std::vector<std::string> bareList(const std::string& path) {
   std::vector<std::string> names;
-  DIR* folder = opendir(drop.c_str());
+  DIR* folder = opendir(path.c_str());
   while (const dirent* entry = readdir(folder))
     if (entry->d_name[0] != '.') names.emplace_back(entry->d_name);
   closedir(folder);
   std::ranges::sort(names);
+  return names;
+}
+
+/// List, rename, copy, delete: what no program can do without.
+void barePass(const std::string& drop, const std::string& work, const std::string& target) {
+  const std::vector<std::string> names = bareList(drop);
   for (const std::string& name : names)
     if (rename((drop + "/" + name).c_str(), (work + "/" + name).c_str()) != 0) std::perror("rename");
   for (const std::string& name : names) {
     bareCopy(work + "/" + name, target);
+    unlink((work + "/" + name).c_str());
+  }
+}
+
+bool isHeldByWriter(const std::string& file) {
+  const int opened = open(file.c_str(), O_RDONLY | O_CLOEXEC);
+  const bool held = fcntl(opened, F_SETLEASE, F_RDLCK) != 0;
+  if (!held) fcntl(opened, F_SETLEASE, F_UNLCK);
+  close(opened);
+  return held;
+}
+
+/// The same for a program that may lose nothing: no job that is still being written is taken, none replaces another
+/// unseen, and the driver never meets half a receipt.
+void carefulPass(const std::string& drop, const std::string& work, const std::string& target) {
+  const std::vector<std::string> names = bareList(drop);
+  for (const std::string& name : names) {
+    const std::string from = drop + "/" + name;
+    const std::string to = work + "/" + name;
+    if (isHeldByWriter(from) || renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) != 0)
+      std::perror(from.c_str());
+  }
+  const std::string unfinished = target + ".tmp";
+  for (const std::string& name : names) {
+    bareCopy(work + "/" + name, unfinished);
+    if (rename(unfinished.c_str(), target.c_str()) != 0) std::perror("rename");
     unlink((work + "/" + name).c_str());
   }
 }
@@ -131,6 +162,7 @@ int measure(const std::string& folder) {
 
   std::vector<double> ours;
   std::vector<double> bare;
+  std::vector<double> careful;
   for (int round = 0; round < rounds; ++round) {
     dropJobs(folder + "/Orbis");
     ours.push_back(microseconds([&] {
@@ -141,9 +173,13 @@ int measure(const std::string& folder) {
     if (!fs::is_empty(folder + "/IN") || !fs::is_empty(folder + "/Orbis")) return 1;
     dropJobs(folder + "/Orbis");
     bare.push_back(microseconds([&] { barePass(folder + "/Orbis", folder + "/IN", folder + "/in.txt"); }));
+    dropJobs(folder + "/Orbis");
+    careful.push_back(microseconds([&] { carefulPass(folder + "/Orbis", folder + "/IN", folder + "/in.txt"); }));
   }
-  std::printf("routing pass of %d jobs: %.0f us, bare %.0f us, ratio %.2f\n", jobs, median(ours), median(bare),
-              median(ours) / median(bare));
+  std::printf("routing pass of %d jobs: %.0f us\n", jobs, median(ours));
+  std::printf("  bare: %.0f us, ratio %.2f\n", median(bare), median(ours) / median(bare));
+  std::printf("  bare with the same guarantees: %.0f us, ratio %.2f\n", median(careful),
+              median(ours) / median(careful));
 
   std::vector<double> idle;
   std::vector<double> bareIdle;
