@@ -14,7 +14,8 @@ from pyftpdlib.handlers import FTPHandler
 from pyftpdlib.ioloop import IOLoop
 from pyftpdlib.servers import FTPServer
 
-logging.getLogger("pyftpdlib").setLevel(logging.ERROR)
+logging.getLogger("pyftpdlib").addHandler(logging.NullHandler())
+logging.getLogger("pyftpdlib").propagate = False
 
 USER = "cassa"
 PASSWORD = "segreta"

@@ -22,6 +22,10 @@ namespace {
 
 constexpr long bufferSize = 256 * 1024;
 
+/// The longest sleep between two looks at a transfer, in milliseconds. libcurl 7.88 may overlook that a data connection
+/// stands, and would sleep for a second.
+constexpr int longestSleep = 20;
+
 struct Reason {
   CURLcode code;
   std::string_view text;
@@ -134,14 +138,20 @@ int watchProgress(void* watch, curl_off_t /*toGet*/, curl_off_t got, curl_off_t 
 struct HandleCloser {
   void operator()(CURL* curl) const { curl_easy_cleanup(curl); }
 };
+struct TransfersCloser {
+  void operator()(CURLM* transfers) const { curl_multi_cleanup(transfers); }
+};
 struct ListCloser {
   void operator()(curl_slist* list) const { curl_slist_free_all(list); }
 };
 
 class CurlClient : public FtpClient {
  public:
-  CurlClient(CURL* curl, const Paths& paths, Trace& trace, FtpPatience patience)
-      : curl_(curl), paths_(paths), trace_(trace), patience_(patience) {}
+  CurlClient(const Paths& paths, Trace& trace, FtpPatience patience)
+      : paths_(paths), trace_(trace), patience_(patience) {}
+
+  /// False when the library had no memory for a client.
+  bool works() const { return curl_ && transfers_; }
 
   bool bQGetFile(std::string_view server, std::string_view user, std::string_view password, std::string_view remoteFile,
                  std::string_view localFile, TransferType /*type*/, bool overwrite) override {
@@ -256,16 +266,30 @@ class CurlClient : public FtpClient {
   }
 
   CURLcode perform() {
-    const CURLcode code = curl_easy_perform(curl_.get());
+    const CURLcode code = performOnce();
     for (const CURLcode refused : passiveRefused) {
       if (code != refused) continue;
       set(CURLOPT_FTPPORT, "-");
-      return curl_easy_perform(curl_.get());
+      return performOnce();
     }
     return code;
   }
 
-  std::unique_ptr<CURL, HandleCloser> curl_;
+  /// Runs the handle until its transfer has ended; the connection is kept for the next one.
+  CURLcode performOnce() {
+    curl_multi_add_handle(transfers_.get(), curl_.get());
+    int running = 1;
+    while (running > 0 && curl_multi_perform(transfers_.get(), &running) == CURLM_OK && running > 0)
+      curl_multi_poll(transfers_.get(), nullptr, 0, longestSleep, nullptr);
+    int waiting = 0;
+    const CURLMsg* message = curl_multi_info_read(transfers_.get(), &waiting);
+    const CURLcode code = message == nullptr ? CURLE_OUT_OF_MEMORY : message->data.result;
+    curl_multi_remove_handle(transfers_.get(), curl_.get());
+    return code;
+  }
+
+  std::unique_ptr<CURL, HandleCloser> curl_{curl_easy_init()};
+  std::unique_ptr<CURLM, TransfersCloser> transfers_{curl_multi_init()};  // gone first: the handle outlives it
   const Paths& paths_;
   Trace& trace_;
   FtpPatience patience_;
@@ -276,12 +300,10 @@ class CurlClient : public FtpClient {
 }  // namespace
 
 std::unique_ptr<FtpClient> LinuxFtpClients::create() {
-  CURL* curl = curl_easy_init();
-  if (curl == nullptr) {
-    trace_.failed("FTP", "libcurl", "non si avvia");
-    return nullptr;
-  }
-  return std::make_unique<CurlClient>(curl, paths_, trace_, patience_);
+  auto client = std::make_unique<CurlClient>(paths_, trace_, patience_);
+  if (client->works()) return client;
+  trace_.failed("FTP", "libcurl", "non si avvia");
+  return nullptr;
 }
 
 }  // namespace tellaxis::platform
