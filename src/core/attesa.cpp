@@ -24,6 +24,8 @@ constexpr double yieldingSleep = 10;
 }  // namespace
 
 void Attesa(platform::Host& host, std::int16_t hundredths, bool noYield) {
+  // No wait is none, though late in the day the clock reads less in single precision than it did in double.
+  if (hundredths <= 0) return;
   const double start = host.clock.secondsSinceMidnight() * 100;
   const double end = start + hundredths;
   for (;;) {

@@ -44,7 +44,7 @@ TEST(CommandLine, OptionsStandBeforeOrAfterTheCommand) {
                                 {"--drive", "C=/b", "ftp", "--main-folder=."}}) {
     const CommandLine line = taken(arguments);
     EXPECT_EQ(line.command, Command::ftp);
-    EXPECT_EQ(line.system.mainFolder, "/a");
+    EXPECT_EQ(line.system.mainFolder, ".");
     EXPECT_EQ(line.system.drives.at('C'), "/b");
   }
 }

@@ -21,8 +21,11 @@ TEST(Attesa, WaitsTheGivenHundredths) {
 
 TEST(Attesa, ReturnsAtOnceForZeroAndForLess) {
   fake::Computer computer;
-  Attesa(computer.host, std::int16_t{0}, true);
-  Attesa(computer.host, std::int16_t{-100}, true);
+  for (const double seconds : {0.0, 34'200.0, 86'399.9873}) {
+    computer.clock.seconds = seconds;
+    Attesa(computer.host, std::int16_t{0}, true);
+    Attesa(computer.host, std::int16_t{-100}, true);
+  }
   EXPECT_EQ(computer.clock.elapsed(), 0ms);
 }
 
