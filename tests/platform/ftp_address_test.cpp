@@ -1,5 +1,5 @@
 // FTP address: what is one, and names in URLs.
-#include "platform/linux/ftp_address.h"
+#include "platform/linux/ftp/ftp_address.h"
 
 #include <gtest/gtest.h>
 

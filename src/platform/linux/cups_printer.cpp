@@ -11,7 +11,7 @@
 #include <filesystem>
 #include <utility>
 
-#include "platform/linux/print_libraries.h"
+#include "platform/linux/loaded_libraries.h"
 #include "platform/virtual/code_page.h"
 
 namespace tellaxis::platform {

@@ -1,18 +1,15 @@
-// FTP clients of Linux: one libcurl handle a client.
+// FTP clients of Linux: local files, and what failed.
 #include "platform/linux/ftp_client.h"
 
-#include <curl/curl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <chrono>
-#include <cstdlib>
-#include <initializer_list>
 #include <optional>
 #include <string>
+#include <utility>
 
-#include "platform/linux/ftp_address.h"
+#include "platform/linux/loaded_libraries.h"
 #include "platform/linux/reason.h"
 #include "platform/linux/transfer.h"
 
@@ -20,290 +17,90 @@ namespace tellaxis::platform {
 
 namespace {
 
-constexpr long bufferSize = 256 * 1024;
-
-/// The longest sleep between two looks at a transfer, in milliseconds. libcurl 7.88 may overlook that a data connection
-/// stands, and would sleep for a second.
-constexpr int longestSleep = 20;
-
-struct Reason {
-  CURLcode code;
-  std::string_view text;
-};
-
-constexpr Reason reasons[] = {
-    {CURLE_URL_MALFORMAT, "il nome del file non si pu\xF2 trasmettere"},
-    {CURLE_COULDNT_RESOLVE_HOST, "il nome del server \xE8 sconosciuto"},
-    {CURLE_COULDNT_CONNECT, "il server non accetta il collegamento"},
-    {CURLE_OPERATION_TIMEDOUT, "il server non risponde"},
-    {CURLE_FTP_ACCEPT_TIMEOUT, "il server non risponde"},
-    {CURLE_ABORTED_BY_CALLBACK, "il trasferimento \xE8 fermo"},
-    {CURLE_LOGIN_DENIED, "utente o password rifiutati"},
-    {CURLE_REMOTE_ACCESS_DENIED, "accesso rifiutato"},
-    {CURLE_REMOTE_FILE_NOT_FOUND, "il server non ha o non d\xE0 il file"},
-    {CURLE_QUOTE_ERROR, "il server rifiuta il comando"},
-    {CURLE_UPLOAD_FAILED, "il server rifiuta il file"},
-    {CURLE_REMOTE_DISK_FULL, "il disco del server \xE8 pieno"},
-    {CURLE_PARTIAL_FILE, "trasferimento interrotto"},
-    {CURLE_GOT_NOTHING, "collegamento interrotto"},
-    {CURLE_RECV_ERROR, "collegamento interrotto"},
-    {CURLE_SEND_ERROR, "collegamento interrotto"},
-    {CURLE_USE_SSL_FAILED, "il server non offre un collegamento cifrato"},
-    {CURLE_SSL_CONNECT_ERROR, "collegamento cifrato non riuscito"},
-    {CURLE_PEER_FAILED_VERIFICATION, "il certificato del server non \xE8 attendibile"},
-    {CURLE_SSL_CACERT_BADFILE, "il file di SSL_CERT_FILE non contiene certificati"},
-};
-
-/// Answers of a server that knows no passive transfers; nothing has been transferred yet.
-constexpr CURLcode passiveRefused[] = {CURLE_FTP_WEIRD_PASV_REPLY, CURLE_FTP_WEIRD_227_FORMAT, CURLE_FTP_CANT_GET_HOST};
-
-/// The server's answer is told where it was one that refused something.
-std::string transferReason(CURL* curl, CURLcode code) {
-  std::string text = "errore di trasferimento " + std::to_string(static_cast<int>(code));
-  for (const Reason& reason : reasons)
-    if (reason.code == code) text = reason.text;
-  long answer = 0;
-  curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &answer);
-  return answer >= 400 ? text + " (" + std::to_string(answer) + ")" : text;
-}
-
-/// Such a character would end the command that the text is sent in, and begin another one.
-bool wouldEndCommand(std::initializer_list<std::string_view> texts) {
-  for (const std::string_view text : texts)
-    if (text.find_first_of(std::string_view("\r\n\0", 3)) != std::string_view::npos) return true;
-  return false;
-}
-
-/// Asked for a name that ends so, libcurl would list a folder.
-bool isFileName(std::string_view name) { return !name.empty() && !name.ends_with('/'); }
-
-/// One operation and the file that it is about.
-struct Step {
-  Trace& trace;
-  std::string_view operation;
-  std::string_view subject;
-
-  bool failed(std::string_view reason) const {
-    trace.failed(operation, subject, reason);
-    return false;
-  }
-};
-
-/// One end of a transfer on this computer, and how it failed.
-struct LocalFile {
-  const Descriptor& descriptor;
-  int error = 0;
-};
-
-std::size_t takeBytes(const char* bytes, std::size_t size, std::size_t count, void* file) {
-  auto& local = *static_cast<LocalFile*>(file);
-  if (writeAll(local.descriptor, {bytes, size * count})) return size * count;
-  local.error = errno;
-  return 0;
-}
-
-std::size_t giveBytes(char* buffer, std::size_t size, std::size_t count, void* file) {
-  auto& local = *static_cast<LocalFile*>(file);
-  const ssize_t got = ::read(local.descriptor.number(), buffer, size * count);
-  if (got >= 0) return static_cast<std::size_t>(got);
-  local.error = errno;
-  return CURL_READFUNC_ABORT;
-}
-
-/// libcurl writes a listing or nothing where no file is asked for; it goes nowhere.
-std::size_t dropBytes(const char* /*bytes*/, std::size_t size, std::size_t count, void* /*file*/) {
-  return size * count;
-}
-
-/// Ends a transfer in which no byte has moved for too long.
-struct StallWatch {
-  using Clock = std::chrono::steady_clock;
-
-  std::chrono::seconds patience;
-  curl_off_t moved = 0;
-  Clock::time_point lastMove = Clock::now();
-
-  bool gaveUp(curl_off_t nowMoved) {
-    const auto now = Clock::now();
-    if (nowMoved != moved) lastMove = now;
-    moved = nowMoved;
-    return now - lastMove >= patience;
-  }
-};
-
-int watchProgress(void* watch, curl_off_t /*toGet*/, curl_off_t got, curl_off_t /*toPut*/, curl_off_t put) {
-  return static_cast<StallWatch*>(watch)->gaveUp(got + put) ? 1 : 0;
-}
-
-struct HandleCloser {
-  void operator()(CURL* curl) const { curl_easy_cleanup(curl); }
-};
-struct TransfersCloser {
-  void operator()(CURLM* transfers) const { curl_multi_cleanup(transfers); }
-};
-struct ListCloser {
-  void operator()(curl_slist* list) const { curl_slist_free_all(list); }
-};
-
-class CurlClient : public FtpClient {
+class LinuxFtpClient : public FtpClient {
  public:
-  CurlClient(const Paths& paths, Trace& trace, FtpPatience patience)
-      : paths_(paths), trace_(trace), patience_(patience) {}
-
-  /// False when the library had no memory for a client.
-  bool works() const { return curl_ && transfers_; }
+  LinuxFtpClient(std::unique_ptr<FtpSession> session, const Paths& paths, Trace& trace, FtpPatience patience)
+      : session_(std::move(session)), paths_(paths), trace_(trace), patience_(patience) {}
 
   bool bQGetFile(std::string_view server, std::string_view user, std::string_view password, std::string_view remoteFile,
                  std::string_view localFile, TransferType /*type*/, bool overwrite) override {
-    const Step step{trace_, "bQGetFile", remoteFile};
-    if (!isFileName(remoteFile)) return step.failed("non \xE8 il nome di un file");
-    const auto local = paths_.resolve(localFile);
-    if (!local) return step.failed("il nome del file locale non \xE8 valido");
-    struct stat status {};
-    if (!overwrite && ::stat(local->c_str(), &status) == 0) return step.failed("il file locale esiste gi\xE0");
-    if (!prepare(step, server, user, password)) return false;
-    CURLcode code = CURLE_OK;
-    int error = 0;
-    const bool replaced = replaceContent(paths_, *local, Permissions::usual, [&](const Descriptor& file) {
-      LocalFile target{file};
-      set(CURLOPT_WRITEFUNCTION, takeBytes);
-      set(CURLOPT_WRITEDATA, &target);
-      code = perform();
-      error = target.error;
-      return code == CURLE_OK;
-    });
-    if (replaced) return true;
-    if (code == CURLE_OK || code == CURLE_WRITE_ERROR) return step.failed(reasonOf(error != 0 ? error : errno));
-    return step.failed(transferReason(curl_.get(), code));
+    return noted("bQGetFile", remoteFile,
+                 get({server, user, password, remoteFile, patience_}, paths_.resolve(localFile), overwrite));
   }
 
   bool bQDeleteFile(std::string_view server, std::string_view user, std::string_view password,
                     std::string_view remoteFile) override {
-    const Step step{trace_, "bQDeleteFile", remoteFile};
-    if (remoteFile.empty()) return step.failed("manca il nome del file remoto");
-    if (!prepare(step, server, user, password)) return false;
-    const std::unique_ptr<curl_slist, ListCloser> commands(
-        curl_slist_append(nullptr, ("DELE " + std::string(remoteFile)).c_str()));
-    set(CURLOPT_URL, address_.root.c_str());
-    set(CURLOPT_NOBODY, 1L);
-    set(CURLOPT_QUOTE, commands.get());
-    const CURLcode code = perform();
-    return code == CURLE_OK || step.failed(transferReason(curl_.get(), code));
+    return noted("bQDeleteFile", remoteFile, session_->erase({server, user, password, remoteFile, patience_}));
   }
 
   bool bQPutFile(std::string_view server, std::string_view user, std::string_view password, std::string_view localFile,
                  std::string_view remoteFile, TransferType /*type*/) override {
-    const Step step{trace_, "bQPutFile", remoteFile};
-    if (remoteFile.empty()) return step.failed("manca il nome del file remoto");
-    if (!isFileName(remoteFile)) return step.failed("non \xE8 il nome di un file");
-    const auto local = paths_.resolve(localFile);
-    if (!local) return step.failed("il nome del file locale non \xE8 valido");
-    const Descriptor file = openRegularFile(*local);
-    struct stat status {};
-    if (!file || ::fstat(file.number(), &status) != 0) return step.failed(reasonOf(errno));
-    if (!prepare(step, server, user, password)) return false;
-    LocalFile source{file};
-    set(CURLOPT_UPLOAD, 1L);
-    set(CURLOPT_INFILESIZE_LARGE, static_cast<curl_off_t>(status.st_size));
-    set(CURLOPT_READFUNCTION, giveBytes);
-    set(CURLOPT_READDATA, &source);
-    const CURLcode code = perform();
-    if (code == CURLE_OK) return true;
-    return step.failed(source.error != 0 ? reasonOf(source.error) : transferReason(curl_.get(), code));
+    return noted("bQPutFile", remoteFile,
+                 put({server, user, password, remoteFile, patience_}, paths_.resolve(localFile)));
   }
 
  private:
-  template <class Value>
-  void set(CURLoption option, Value value) {
-    curl_easy_setopt(curl_.get(), option, value);
+  using Failure = std::optional<std::string>;
+  static constexpr const char* noLocalName = "il nome del file locale non \xE8 valido";
+
+  bool noted(std::string_view operation, std::string_view subject, const Failure& failure) {
+    if (failure) trace_.failed(operation, subject, *failure);
+    return !failure;
   }
 
-  /// Checks the texts and sets everything that all operations have in common; transfers get the file's URL.
-  bool prepare(const Step& step, std::string_view server, std::string_view user, std::string_view password) {
-    if (wouldEndCommand({server, user, password, step.subject}))
-      return step.failed("un testo contiene un fine riga o un carattere nullo");
-    const auto address = ftpAddressFrom(server);
-    if (!address) return step.failed("l'indirizzo del server non \xE8 valido");
-    address_ = *address;
-    curl_easy_reset(curl_.get());
-    set(CURLOPT_URL, urlOf(address_, step.subject).c_str());
-    set(CURLOPT_PATH_AS_IS, 1L);
-    set(CURLOPT_PROTOCOLS_STR, "ftp,ftps");
-    set(CURLOPT_PROXY, "");
-    set(CURLOPT_FTP_FILEMETHOD, static_cast<long>(CURLFTPMETHOD_NOCWD));
-    set(CURLOPT_WRITEFUNCTION, dropBytes);
-    set(CURLOPT_BUFFERSIZE, bufferSize);
-    set(CURLOPT_UPLOAD_BUFFERSIZE, bufferSize);
-    set(CURLOPT_TCP_KEEPALIVE, 1L);
-    logInAs(user, password);
-    demandTls();
-    limitWaits();
-    return true;
+  Failure get(const FtpRequest& request, const std::optional<std::string>& local, bool overwrite) {
+    if (!local) return noLocalName;
+    struct stat status {};
+    if (!overwrite && ::stat(local->c_str(), &status) == 0) return reasonOf(EEXIST);
+    Failure failure;
+    int error = 0;
+    const bool replaced = replaceContent(paths_, *local, Permissions::usual, [&](const Descriptor& file) {
+      failure = session_->get(request, [&](std::string_view bytes) {
+        const bool written = writeAll(file, bytes);
+        if (!written) error = errno;
+        return written;
+      });
+      return !failure;
+    });
+    if (replaced) return std::nullopt;
+    if (failure && error == 0) return failure;
+    return reasonOf(error != 0 ? error : errno);
   }
 
-  void logInAs(std::string_view user, std::string_view password) {
-    if (user.empty()) return;
-    set(CURLOPT_USERNAME, std::string(user).c_str());
-    set(CURLOPT_PASSWORD, std::string(password).c_str());
+  Failure put(const FtpRequest& request, const std::optional<std::string>& local) {
+    if (request.remoteFile.empty()) return "manca il nome del file remoto";
+    if (!local) return noLocalName;
+    const Descriptor file = openRegularFile(*local);
+    struct stat status {};
+    if (!file || ::fstat(file.number(), &status) != 0) return reasonOf(errno);
+    int error = 0;
+    const auto give = [&](std::span<char> buffer) -> std::optional<std::size_t> {
+      const ssize_t got = ::read(file.number(), buffer.data(), buffer.size());
+      if (got >= 0) return static_cast<std::size_t>(got);
+      error = errno;
+      return std::nullopt;
+    };
+    const Failure failure = session_->put(request, static_cast<std::uint64_t>(status.st_size), give);
+    return failure && error != 0 ? reasonOf(error) : failure;
   }
 
-  void demandTls() {
-    if (!address_.demandsTls) return;
-    set(CURLOPT_USE_SSL, static_cast<long>(CURLUSESSL_ALL));
-    if (const char* authorities = std::getenv("SSL_CERT_FILE")) set(CURLOPT_CAINFO, authorities);
-  }
-
-  void limitWaits() {
-    const auto connection = static_cast<long>(patience_.connection.count());
-    const auto stall = static_cast<long>(patience_.stall.count());
-    set(CURLOPT_CONNECTTIMEOUT, connection);
-    set(CURLOPT_ACCEPTTIMEOUT_MS, connection * 1000);
-    set(CURLOPT_SERVER_RESPONSE_TIMEOUT, stall);
-    watch_ = {.patience = patience_.stall};
-    set(CURLOPT_NOPROGRESS, 0L);
-    set(CURLOPT_XFERINFOFUNCTION, watchProgress);
-    set(CURLOPT_XFERINFODATA, &watch_);
-  }
-
-  CURLcode perform() {
-    const CURLcode code = performOnce();
-    for (const CURLcode refused : passiveRefused) {
-      if (code != refused) continue;
-      set(CURLOPT_FTPPORT, "-");
-      return performOnce();
-    }
-    return code;
-  }
-
-  /// Runs the handle until its transfer has ended; the connection is kept for the next one.
-  CURLcode performOnce() {
-    curl_multi_add_handle(transfers_.get(), curl_.get());
-    int running = 1;
-    while (running > 0 && curl_multi_perform(transfers_.get(), &running) == CURLM_OK && running > 0)
-      curl_multi_poll(transfers_.get(), nullptr, 0, longestSleep, nullptr);
-    int waiting = 0;
-    const CURLMsg* message = curl_multi_info_read(transfers_.get(), &waiting);
-    const CURLcode code = message == nullptr ? CURLE_OUT_OF_MEMORY : message->data.result;
-    curl_multi_remove_handle(transfers_.get(), curl_.get());
-    return code;
-  }
-
-  std::unique_ptr<CURL, HandleCloser> curl_{curl_easy_init()};
-  std::unique_ptr<CURLM, TransfersCloser> transfers_{curl_multi_init()};  // gone first: the handle outlives it
+  std::unique_ptr<FtpSession> session_;
   const Paths& paths_;
   Trace& trace_;
   FtpPatience patience_;
-  FtpAddress address_;
-  StallWatch watch_{.patience = patience_.stall};
 };
 
 }  // namespace
 
 std::unique_ptr<FtpClient> LinuxFtpClients::create() {
-  auto client = std::make_unique<CurlClient>(paths_, trace_, patience_);
-  if (client->works()) return client;
-  trace_.failed("FTP", "libcurl", "non si avvia");
-  return nullptr;
+  const FtpLibrary* library = ftpLibrary(trace_);
+  if (library == nullptr) return nullptr;
+  std::unique_ptr<FtpSession> session = library->open();
+  if (!session) {
+    trace_.failed("FTP", "libcurl", reasonOf(ENOMEM));
+    return nullptr;
+  }
+  return std::make_unique<LinuxFtpClient>(std::move(session), paths_, trace_, patience_);
 }
 
 }  // namespace tellaxis::platform

@@ -1,19 +1,12 @@
-// FTP clients of Linux: transfers by libcurl.
+// FTP clients of Linux: transfers between a server and local files.
 #pragma once
 
-#include <chrono>
-
 #include "platform/ftp_client.h"
+#include "platform/linux/ftp/ftp_session.h"
 #include "platform/linux/paths.h"
 #include "platform/trace.h"
 
 namespace tellaxis::platform {
-
-/// How long a server is waited for.
-struct FtpPatience {
-  std::chrono::seconds connection{15};  ///< until logged in
-  std::chrono::seconds stall{60};       ///< without a byte or an answer
-};
 
 /// Passive transfers, active ones with a server that refuses these. Texts go over the line byte by byte as the settings
 /// hold them, in code page 1252. An empty user is an anonymous one. With TLS the server's certificate must be vouched

@@ -5,7 +5,7 @@
 
 #include "platform/linux/cups_printer.h"
 #include "platform/linux/escpos_device.h"
-#include "platform/linux/print_libraries.h"
+#include "platform/linux/loaded_libraries.h"
 #include "platform/virtual/escpos.h"
 #include "platform/virtual/folder_printer.h"
 #include "platform/virtual/recording_printer.h"

@@ -1,5 +1,5 @@
-// Print libraries: loading what only a computer that prints pages or has queues needs.
-#include "platform/linux/print_libraries.h"
+// Loaded libraries: looking for them, once each.
+#include "platform/linux/loaded_libraries.h"
 
 #include <dlfcn.h>
 
@@ -39,6 +39,11 @@ const PageLibrary* pageLibrary(Trace& trace) {
 
 const CupsLibrary* cupsLibrary(Trace& trace) {
   static const CupsLibrary* library = load<CupsLibrary>(cupsLibraryFile, cupsLibraryEntry, trace);
+  return library;
+}
+
+const FtpLibrary* ftpLibrary(Trace& trace) {
+  static const FtpLibrary* library = load<FtpLibrary>(ftpLibraryFile, ftpLibraryEntry, trace);
   return library;
 }
 

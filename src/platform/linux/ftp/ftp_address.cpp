@@ -1,5 +1,5 @@
 // FTP address: schemes, host names and ports; names as parts of a URL.
-#include "platform/linux/ftp_address.h"
+#include "platform/linux/ftp/ftp_address.h"
 
 #include <algorithm>
 #include <charconv>

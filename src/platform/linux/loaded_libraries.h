@@ -1,7 +1,8 @@
-// Print libraries: loading what only a computer that prints pages or has queues needs.
+// Loaded libraries: what only some computers, or only now and then, need.
 #pragma once
 
 #include "platform/linux/cups/cups_library.h"
+#include "platform/linux/ftp/ftp_library.h"
 #include "platform/linux/pages/page_library.h"
 #include "platform/trace.h"
 
@@ -10,5 +11,6 @@ namespace tellaxis::platform {
 /// Loaded at the first call; null when it cannot be loaded, which is reported to the trace once.
 const PageLibrary* pageLibrary(Trace& trace);
 const CupsLibrary* cupsLibrary(Trace& trace);
+const FtpLibrary* ftpLibrary(Trace& trace);
 
 }  // namespace tellaxis::platform
