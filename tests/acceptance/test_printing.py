@@ -116,7 +116,6 @@ class Printing(Scenario):
         self.assertEqual(program.wait(), 2)
         self.assertRegex(program.complaints[-1], 'devices.toml, riga 3, colonna 8: "port"')
 
-    @unittest.skipIf(ON_WINDOWS, "receipt printers on the network are for Linux")
     def test_a_receipt_printer_on_the_network_gets_its_bytes(self):
         with socket.create_server(("127.0.0.1", 0)) as listener:
             received = []

@@ -60,7 +60,7 @@ class Routing(Scenario):
         for name in ("b", "A", "c"):
             self.desk.drop(name + ".txt", name)
         self.desk.settings(MF_Vuoto=-1)
-        wait_for(lambda: len(fiscal_driver.receipts(self.desk)) == 3, "three receipts")
+        wait_for(lambda: len("".join(fiscal_driver.receipts(self.desk))) == 3, "three whole receipts")
         self.assertEqual(fiscal_driver.receipts(self.desk), ["A", "b", "c"])
 
     def test_missing_folders_are_made_again(self):

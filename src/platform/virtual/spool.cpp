@@ -2,8 +2,24 @@
 #include "platform/virtual/spool.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace tellaxis::platform {
+
+namespace {
+
+/// A file of no name that is gone when it is closed; null on a failure.
+std::FILE* temporaryFile() {
+#ifdef _WIN32
+  // There tmpfile writes into the root of the drive, which not everybody may.
+  const std::unique_ptr<wchar_t, decltype(&std::free)> name(_wtempnam(nullptr, L"tlx"), &std::free);
+  return name ? _wfopen(name.get(), L"w+bTD") : nullptr;
+#else
+  return std::tmpfile();
+#endif
+}
+
+}  // namespace
 
 bool Spool::append(std::string_view bytes) {
   memory_ += bytes;
@@ -12,7 +28,7 @@ bool Spool::append(std::string_view bytes) {
 }
 
 bool Spool::flush() {
-  if (!file_) file_.reset(std::tmpfile());
+  if (!file_) file_.reset(temporaryFile());
   failed_ = failed_ || !file_ || std::fwrite(memory_.data(), 1, memory_.size(), file_.get()) != memory_.size();
   memory_.clear();
   return !failed_;

@@ -8,11 +8,15 @@
 
 #include "platform/printers.h"
 #include "platform/trace.h"
+#include "platform/virtual/bitmap.h"
 
 namespace tellaxis::platform::windows {
 
 /// Sizes of a bitmap file; nothing when it is missing or damaged, which is reported to the trace.
 std::optional<Picture> readPicture(std::string_view file, Trace& trace);
+
+/// The pixels of a bitmap file; nothing when it is missing or damaged, which is reported to the trace.
+std::optional<Bitmap> readPixels(std::string_view file, Trace& trace);
 
 /// Paints the file of `picture` in its natural size, at 96 pixels an inch, with its upper left corner at (x, y) in the
 /// device's units. False when it cannot be read or painted; the last error says why.

@@ -4,11 +4,13 @@
 #include <utility>
 
 #include "platform/virtual/devices_file.h"
+#include "platform/virtual/escpos.h"
 #include "platform/virtual/folder_printer.h"
 #include "platform/virtual/listened_trace.h"
 #include "platform/virtual/recording_printer.h"
 #include "platform/windows/clock.h"
 #include "platform/windows/dialogs.h"
+#include "platform/windows/escpos_device.h"
 #include "platform/windows/files.h"
 #include "platform/windows/ftp_client.h"
 #include "platform/windows/locale.h"
@@ -32,6 +34,32 @@ std::unique_ptr<Trace> makeTrace(const SystemOptions& options) {
   if (options.alsoTold != nullptr) trace = std::make_unique<ListenedTrace>(std::move(trace), *options.alsoTold);
   return trace;
 }
+
+/// Makes the back end of one printer of the devices file; null for a target that Windows does not have.
+struct BackEndMaker {
+  const InstalledPrinter& printer;
+  const std::string& mainFolder;
+  Trace& trace;
+
+  using BackEnd = std::unique_ptr<PrinterBackEnd>;
+
+  BackEnd escPos(std::unique_ptr<ByteChannel> channel) const {
+    const BitmapReader readBitmap = [&log = trace](std::string_view file) { return readPixels(file, log); };
+    return std::make_unique<EscPosPrinter>(printer.DeviceName, readBitmap, std::move(channel), trace);
+  }
+  BackEnd operator()(const FolderTarget& target) const {
+    return std::make_unique<FolderPrinter>(underMainFolder(target.folder, mainFolder), nullptr, trace);
+  }
+  BackEnd operator()(const EscPosDeviceTarget& target) const {
+    const std::string path = isPortName(target.device) ? target.device : underMainFolder(target.device, mainFolder);
+    return escPos(openDeviceChannel(path, trace));
+  }
+  BackEnd operator()(const EscPosNetworkTarget& target) const {
+    return escPos(openNetworkChannel(target.host, target.port, trace));
+  }
+  BackEnd operator()(const QueueTarget&) const { return nullptr; }
+  BackEnd operator()(const EscPosQueueTarget&) const { return nullptr; }
+};
 
 class WindowsSystem : public System {
  public:
@@ -75,11 +103,9 @@ std::variant<std::vector<ListedPrinter>, DevicesFileError> WindowsSystem::listed
   if (auto* error = std::get_if<DevicesFileError>(&read)) return std::move(*error);
   std::vector<ListedPrinter> printers;
   for (const PrinterDefinition& definition : std::get<DevicesFile>(read).printers) {
-    const auto* target = std::get_if<FolderTarget>(&definition.target);
-    if (target == nullptr)
-      return devicesFileError(file, definition.position, "questa destinazione non esiste su Windows");
-    const std::string folder = underMainFolder(target->folder, mainFolder);
-    printers.push_back({definition.printer, std::make_unique<FolderPrinter>(folder, nullptr, *trace_)});
+    auto backEnd = std::visit(BackEndMaker{definition.printer, mainFolder, *trace_}, definition.target);
+    if (!backEnd) return devicesFileError(file, definition.position, "le code CUPS non esistono su Windows");
+    printers.push_back({definition.printer, std::move(backEnd)});
   }
   return printers;
 }
