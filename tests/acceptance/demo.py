@@ -8,6 +8,7 @@ import threading
 import time
 from pathlib import Path
 
+import demo_connect
 import demo_jobs
 import fiscal_driver
 from harness import TOOLS, Desk, wait_for
@@ -256,6 +257,8 @@ SCENES = (
     serial_courtesy,
     slip("Custom KUBE Ric. Fisc. [A]"),
     slip("EPSON TM-U295 Slip"),
+    demo_connect.transfers,
+    demo_connect.scheduled_operation,
 )
 
 
