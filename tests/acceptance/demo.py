@@ -114,10 +114,9 @@ def point_of_sale_settings(desk, **values):
     desk.c("MERIDIA\\_Local.ini").write_bytes(text.encode("cp1252"))
 
 
-def whole_installation(desk, report):
-    """All devices at once, configured by the point-of-sale application's own settings."""
+def configure_everything(desk):
+    """All devices, by the point-of-sale application's own settings; returns the folders of the two printers."""
     desk.c("MF").mkdir()
-    display = PoleDisplay(desk)
     receipts = add_printer(desk, "SAMSUNG SRP-500", "COM3:")
     slips = add_printer(desk, "EPSON TM-L90 Receipt", "LPT1:")
     point_of_sale_settings(
@@ -147,6 +146,13 @@ def whole_installation(desk, report):
         RF_Seriale="LPT1:",
         RF_File="C:\\MERIDIA\\Ricevuta.txt",
     )
+    return receipts, slips
+
+
+def whole_installation(desk, report):
+    """All devices at once."""
+    display = PoleDisplay(desk)
+    receipts, slips = configure_everything(desk)
 
     def jobs():
         report.job(
@@ -262,7 +268,25 @@ SCENES = (
 )
 
 
+def show_window():
+    """The main window on a cash desk with all devices, until it is closed; returns its exit status."""
+    desk = Desk()
+    try:
+        display = PoleDisplay(desk)
+        configure_everything(desk)
+        print(f"The cash desk is {desk.main}; what its printers print lies in its sub-folders.")
+        print(f"A message for the display: a text file {desk.c('MERIDIA')}/Display.txt. Close the window to end.")
+        status = subprocess.run([os.environ["TELLAXIS"], *desk.arguments(POLLING)], check=False).returncode
+        if display.picture:
+            print(display.picture)
+        return status
+    finally:
+        desk.close()
+
+
 def main():
+    if sys.argv[1:] == ["--window"]:
+        return show_window()
     report = Report()
     print("Each job: time from the job file's appearance to the device, at a polling interval of 500 ms, and what arrived.")
     for scene in SCENES:
