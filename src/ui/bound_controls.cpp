@@ -28,7 +28,7 @@ bool isReadOnly(const ControlMember& control) {
 
 void setWidth(wxWindow* widget, int columns, int extraPixels) {
   const int width =
-      columns > 0 ? columns * widget->GetTextExtent("0").x + widget->FromDIP(extraPixels) : widget->FromDIP(90);
+      columns > 0 ? columns * widget->GetTextExtent("0").x + widget->FromDIP(extraPixels) : widget->FromDIP(80);
   widget->SetMinSize(wxSize(width, -1));
 }
 
@@ -49,7 +49,8 @@ wxWindow* BoundControls::make(wxWindow* parent, const Field& field, const GroupL
                                            [&](auto) { return makeTextBox(parent, field); }},
                                 field.control);
   widget->SetToolTip(italian(field.help));
-  setAccessibleName(*widget, italian(group.title) + " - " + italian(field.label));
+  const char* name = field.spoken != nullptr ? field.spoken : field.label;
+  setAccessible(*widget, italian(group.title) + " - " + italian(name), italian(field.help));
   bindings_.push_back({widget, &field, &group});
   return widget;
 }

@@ -55,11 +55,11 @@ constexpr Row misuratoreFiscale[] = {
        .label = "Programma driver",
        .help = "Programma avviato per ogni scontrino. Si cambia solo nel file delle impostazioni (MF_Driver)"}}},
     {{{.control = &F::MF_Com, .label = "Porta COM", .help = portHelp, .columns = 4},
-      {.control = &F::MF_Param, .label = "Parametri", .help = lineHelp, .columns = 11},
+      {.control = &F::MF_Param, .label = "Parametri", .help = lineHelp, .columns = 10},
       {.control = &F::MF_Delay,
        .label = "Ritardo (cs)",
        .help = "Attesa prima di ogni controllo della risposta, in centesimi di secondo",
-       .columns = 5}}},
+       .columns = 4}}},
 };
 
 constexpr Row connessione[] = {
@@ -69,14 +69,16 @@ constexpr Row connessione[] = {
       {.key = "FTP_User",
        .label = "Utente",
        .help = "Utente dei trasferimenti FTP, dal file delle impostazioni (FTP_User)",
-       .columns = 12}}},
+       .columns = 9,
+       .spoken = "Utente FTP"}}},
     {{{.key = "WEB_Connection",
        .label = "Accesso remoto",
        .help = "Nome della connessione telefonica, dal file delle impostazioni (WEB_Connection)"},
       {.key = "WEB_User",
        .label = "Utente",
        .help = "Utente della connessione telefonica, dal file delle impostazioni (WEB_User)",
-       .columns = 12}}},
+       .columns = 9,
+       .spoken = "Utente dell'accesso remoto"}}},
 };
 
 constexpr Row display[] = {
@@ -88,13 +90,13 @@ constexpr Row display[] = {
        .label = "Ritardo (cs)",
        .help =
            "Pausa fra le righe, in centesimi di secondo. Si cambia solo nel file delle impostazioni (Display_Delay)",
-       .columns = 5}}},
+       .columns = 4}}},
     {{{.control = &F::DLY_File,
        .label = "File dei messaggi",
        .help = "File in cui Orbis51 scrive il messaggio per il display",
        .browse = Browse::file}}},
     {{{.control = &F::DLY_com, .label = "Porta COM", .help = portHelp, .columns = 4},
-      {.control = &F::DLY_Param, .label = "Parametri", .help = lineHelp, .columns = 11}}},
+      {.control = &F::DLY_Param, .label = "Parametri", .help = lineHelp, .columns = 10}}},
 };
 
 constexpr Row ricevutaFiscale[] = {
@@ -109,7 +111,7 @@ constexpr Row ricevutaFiscale[] = {
     {{{.control = &F::RF_COM,
        .label = "Porta",
        .help = "Porta della stampante per ricevute; se è vuota o zero non si stampa",
-       .columns = 16}}},
+       .columns = 12}}},
     {{{.control = &F::RF_File,
        .label = "File della ricevuta",
        .help = "File in cui Orbis51 scrive la ricevuta fiscale",
@@ -117,7 +119,7 @@ constexpr Row ricevutaFiscale[] = {
     {{{.control = &F::RF_Righe,
        .label = "Righe stampabili sul modulo (solo per Epson U-295)",
        .help = "Righe che stanno su un modulo; si trovano con Strumenti > Epson TM-U295",
-       .columns = 5}}},
+       .columns = 4}}},
 };
 
 constexpr Row preconto[] = {
@@ -131,7 +133,7 @@ constexpr Row preconto[] = {
     {{{.control = &F::Cort_COM,
        .label = "Porta",
        .help = "Porta del preconto: un numero per COM, oppure un nome come LPT1",
-       .columns = 16,
+       .columns = 12,
        .button = "Prova seriale",
        .buttonHelp = "Stampa una riga di prova sulla stampante seriale del preconto (DPT-282)"}}},
     {{{.control = &F::Cort_File,

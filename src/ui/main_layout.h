@@ -23,6 +23,7 @@ struct Field {
   const char* help = nullptr;
   Browse browse = Browse::none;
   int columns = 0;               ///< width in characters; 0 takes the room that is left
+  const char* spoken = nullptr;  ///< name for a screen reader, where the label alone would not say enough
   const char* button = nullptr;  ///< caption of the button that stands after the field
   const char* buttonHelp = nullptr;
 };

@@ -7,6 +7,7 @@
 #include <wx/display.h>
 #include <wx/filedlg.h>
 #include <wx/menu.h>
+#include <wx/settings.h>
 #include <wx/statbox.h>
 
 #include "core/application.h"
@@ -70,6 +71,13 @@ int widestLabel(const wxWindow& window, int column) {
   return widest;
 }
 
+/// With a large font the columns stand one below the other.
+void stackWhereTooWide(wxSizer& columns, int width) {
+  if (columns.GetMinSize().x <= width) return;
+  static_cast<wxBoxSizer&>(columns).SetOrientation(wxVERTICAL);
+  for (wxSizerItem* column : columns.GetChildren()) column->SetProportion(0);
+}
+
 }  // namespace
 
 MainWindow::MainWindow(Bridge& bridge, const Activity& activity, std::function<void()> ended)
@@ -104,11 +112,14 @@ MainWindow::MainWindow(Bridge& bridge, const Activity& activity, std::function<v
 }
 
 void MainWindow::fitToScreen(wxWindow& panel, wxScrolledWindow& scrolled) {
+  const wxSize screen = wxDisplay(this).GetClientArea().GetSize() - FromDIP(wxSize(2 * frameBorder, titleAndMenu));
+  status_->fitWidth(screen.x - 2 * FromDIP(smallGap));
+  stackWhereTooWide(*scrolled.GetSizer(), screen.x);
   const wxSize columns = scrolled.GetSizer()->GetMinSize();
   scrolled.SetMinSize(columns);
   wxSize wanted = panel.GetSizer()->GetMinSize();
-  const wxSize screen = wxDisplay(this).GetClientArea().GetSize();
-  wanted.DecTo(screen - FromDIP(wxSize(2 * frameBorder, titleAndMenu)));
+  if (wanted.y > screen.y) wanted.x += wxSystemSettings::GetMetric(wxSYS_VSCROLL_X, this);
+  wanted.DecTo(screen);
   scrolled.SetMinSize(wxSize(columns.x, FromDIP(leastHeight)));
   SetClientSize(wanted);
   Centre();
@@ -194,7 +205,7 @@ void MainWindow::addField(wxWindow* parent, wxSizer* line, const GroupLayout& gr
     auto* button = new wxButton(parent, wxID_ANY, italian("…"), wxDefaultPosition, wxDefaultSize, wxBU_EXACTFIT);
     const wxString help = italian("Sfoglia: ") + italian(field.label);
     button->SetToolTip(help);
-    setAccessibleName(*button, help);
+    setAccessible(*button, help, help);
     button->Bind(wxEVT_BUTTON, [this, widget, &field](const wxCommandEvent&) { browse(widget, field); });
     line->Add(button, wxSizerFlags().CenterVertical().Border(wxLEFT, FromDIP(smallGap)));
   }

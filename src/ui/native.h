@@ -11,8 +11,8 @@ namespace tellaxis::ui {
 /// False where no window can be shown because there is no display to open.
 bool displayIsThere();
 
-/// The name that a screen reader says for a control whose label stands beside it.
-void setAccessibleName(wxWindow& control, const wxString& name);
+/// What a screen reader says of a control whose label stands beside it: its name, and what it is for.
+void setAccessible(wxWindow& control, const wxString& name, const wxString& help);
 
 /// The system's handles, as the tray's record wants them; 0 where the system has none.
 std::uintptr_t windowHandle(const wxWindow& window);

@@ -33,8 +33,9 @@ PrintersWindow::PrintersWindow(Bridge& bridge) : wxFrame(nullptr, wxID_ANY, "Ele
   wxString lines = shown(form.txtListaStampanti.Text);
   lines.Replace("\r\n", "\n");
   list->ChangeValue(lines);
-  list->SetToolTip(italian("Nomi e porte come vanno scritti nelle impostazioni"));
-  setAccessibleName(*list, "Elenco Porte Stampanti");
+  const wxString help = "Nomi e porte come vanno scritti nelle impostazioni";
+  list->SetToolTip(help);
+  setAccessible(*list, "Elenco Porte Stampanti", help);
   list->SetMinSize(
       list->GetSizeFromTextSize(list->GetTextExtent(wxString('0', columns)).x, rows * list->GetCharHeight()));
 

@@ -43,7 +43,7 @@ wxTextCtrl* SlipTestWindow::addBox(wxWindow* parent, wxSizer* grid, const char* 
   grid->Add(new wxStaticText(parent, wxID_ANY, italian(label)), wxSizerFlags().CenterVertical());
   auto* box = new wxTextCtrl(parent, wxID_ANY, "", wxDefaultPosition, wxSize(FromDIP(180), -1));
   box->SetToolTip(italian(help));
-  setAccessibleName(*box, italian(label));
+  setAccessible(*box, italian(label), italian(help));
   grid->Add(box, wxSizerFlags().Expand());
   return box;
 }

@@ -26,6 +26,8 @@ constexpr DeviceRow deviceRows[] = {
 };
 static_assert(std::size(deviceRows) == deviceCount);
 
+constexpr int measuringError = 16;
+
 const wxColour good(0x1B, 0x7F, 0x3B);
 const wxColour bad(0xB0, 0x1E, 0x1E);
 
@@ -63,7 +65,8 @@ void setColour(wxWindow* window, const wxColour& colour) {
 
 StatusStrip::StatusStrip(wxWindow* parent, const Settings& settings, const Activity& activity)
     : wxPanel(parent), settings_(settings), activity_(activity) {
-  auto* row = new wxBoxSizer(wxHORIZONTAL);
+  auto* grid = new wxFlexGridSizer(static_cast<int>(deviceCount), 0, 0);
+  for (std::size_t i = 0; i < deviceCount; ++i) grid->AddGrowableCol(i);
   for (std::size_t i = 0; i < deviceCount; ++i) {
     auto* column = new wxBoxSizer(wxVERTICAL);
     auto* heading = new wxBoxSizer(wxHORIZONTAL);
@@ -80,10 +83,18 @@ StatusStrip::StatusStrip(wxWindow* parent, const Settings& settings, const Activ
     heading->Add(cell.state, wxSizerFlags().CenterVertical().Border(wxLEFT, gap));
     column->Add(heading);
     column->Add(cell.lastJob, wxSizerFlags().Expand());
-    row->Add(column, wxSizerFlags(1).Border(wxALL, gap));
+    grid->Add(column, wxSizerFlags().Expand().Border(wxALL, gap));
   }
-  SetSizer(row);
+  SetSizer(grid);
   refresh();
+}
+
+void StatusStrip::fitWidth(int width) {
+  auto* grid = static_cast<wxFlexGridSizer*>(GetSizer());
+  // Labels may come out a little wider than they are measured before they are shown.
+  if (grid->GetMinSize().x + width / measuringError <= width) return;
+  for (std::size_t i = deviceCount / 2; i < deviceCount; ++i) grid->RemoveGrowableCol(i);
+  grid->SetCols(static_cast<int>(deviceCount) / 2);
 }
 
 void StatusStrip::refresh() {

@@ -15,6 +15,9 @@ class StatusStrip : public wxPanel {
  public:
   StatusStrip(wxWindow* parent, const Settings& settings, const Activity& activity);
 
+  /// Takes two lines of cells where one would be wider than this.
+  void fitWidth(int width);
+
   /// Shows the present state; cheap when nothing changed.
   void refresh();
 
@@ -24,8 +27,6 @@ class StatusStrip : public wxPanel {
     wxStaticText* state;
     wxStaticText* lastJob;
   };
-
-  Cell makeCell(const wxString& name);
 
   const Settings& settings_;
   const Activity& activity_;

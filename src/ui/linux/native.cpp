@@ -7,9 +7,11 @@ namespace tellaxis::ui {
 
 namespace {
 
-void setName(GtkWidget* widget, const wxString& name) {
-  if (AtkObject* accessible = gtk_widget_get_accessible(widget); accessible != nullptr)
-    atk_object_set_name(accessible, name.utf8_str());
+void describe(GtkWidget* widget, const wxString& name, const wxString& help) {
+  AtkObject* accessible = gtk_widget_get_accessible(widget);
+  if (accessible == nullptr) return;
+  atk_object_set_name(accessible, name.utf8_str());
+  atk_object_set_description(accessible, help.utf8_str());
 }
 
 }  // namespace
@@ -21,12 +23,12 @@ bool displayIsThere() {
   return true;
 }
 
-void setAccessibleName(wxWindow& control, const wxString& name) {
+void setAccessible(wxWindow& control, const wxString& name, const wxString& help) {
   GtkWidget* widget = control.GetHandle();
-  setName(widget, name);
+  describe(widget, name, help);
   // The text of a list that can be typed into, or of a box that scrolls, is a widget of its own.
   if (!GTK_IS_BIN(widget)) return;
-  if (GtkWidget* inner = gtk_bin_get_child(GTK_BIN(widget)); inner != nullptr) setName(inner, name);
+  if (GtkWidget* inner = gtk_bin_get_child(GTK_BIN(widget)); inner != nullptr) describe(inner, name, help);
 }
 
 std::uintptr_t windowHandle(const wxWindow& /*window*/) { return 0; }

@@ -6,7 +6,7 @@ namespace tellaxis::ui {
 bool displayIsThere() { return true; }
 
 /// A label that comes right before its control is taken as the name; the layout makes them in this order.
-void setAccessibleName(wxWindow& /*control*/, const wxString& /*name*/) {}
+void setAccessible(wxWindow& /*control*/, const wxString& /*name*/, const wxString& /*help*/) {}
 
 std::uintptr_t windowHandle(const wxWindow& window) { return reinterpret_cast<std::uintptr_t>(window.GetHandle()); }
 

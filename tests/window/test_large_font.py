@@ -1,0 +1,32 @@
+"""Large font: the window follows the system's font and stays usable on the smallest screen."""
+
+import unittest
+
+import pyatspi
+from screen import FONT, WindowScenario, run, wait_for
+
+
+@unittest.skipUnless(FONT, "needs a desktop with a large font")
+class LargeFont(WindowScenario):
+    settings = dict(MF_Active=-1, MF_File="C:\\MF\\in.txt", MF_Type="91 - RCH ONDA")
+
+    def place(self, name):
+        return self.window.control(name).queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+
+    def test_controls_grow_and_the_last_field_and_the_buttons_can_be_reached(self):
+        window = self.window.main().queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+        self.assertLessEqual(window.x + window.width, 1024)
+        self.assertLessEqual(window.y + window.height, 768)
+        save = self.place("Salva")
+        self.assertLess(save.y + save.height, window.y + window.height)
+        label = self.place("Cartella di Orbis51")
+        self.assertGreater(label.height, 19)  # the usual font has 17
+        self.window.control("Sfoglia: Immagine del logo").queryComponent().grabFocus()
+        wait_for(lambda: self.place("Sfoglia: Immagine del logo").y < save.y, "the last field scrolled into sight")
+        last = self.place("Sfoglia: Immagine del logo")
+        self.assertLessEqual(last.x + last.width, window.x + window.width)
+        run("xdotool", "mousemove", "1", "1")
+
+
+if __name__ == "__main__":
+    unittest.main()
