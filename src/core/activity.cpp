@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "core/step_failed.h"
+#include "core/values.h"
 
 namespace tellaxis {
 
@@ -27,6 +28,8 @@ void Activity::end(platform::Clock& clock) {
 
 void Activity::failed(std::string_view operation, std::string_view subject, std::string_view reason) {
   if (!job_ || !job_->failure.empty()) return;
+  // A blank value, such as the font of a line that names none, is passed over on purpose.
+  if (trimmed(subject).empty()) return;
   job_->failure = std::string(operation) + " " + std::string(subject) + ": " + std::string(reason);
 }
 

@@ -12,6 +12,7 @@
 #include "platform/files.h"
 #include "platform/locale.h"
 #include "platform/processes.h"
+#include "platform/trace.h"
 
 namespace tellaxis {
 
@@ -37,6 +38,7 @@ void handToInputFile(Bridge& bridge, std::string_view jobFile) {
   for (std::int16_t attempts = 0; files.exists(settings.MF_File); ++attempts) {
     if (attempts > busyAttempts) {
       log(bridge, "Invio file annullato: " + std::string(jobFile));
+      bridge.host.trace.failed("invio", settings.MF_File, "il driver non ha preso lo scontrino precedente");
       return;
     }
     log(bridge, "Loop in attesa di liberare " + settings.MF_File);
@@ -74,6 +76,7 @@ void handToProgram(Bridge& bridge, std::string_view jobFile) {
   }
   if (!files.exists(answer) && attempts >= answerAttempts) {
     files.remove(settings.MF_File);
+    bridge.host.trace.failed("attesa", answer, "il driver non ha risposto");
     log(bridge, "File scontrino: " + std::string(jobFile) + " - non ha generato file di output " + answer);
   } else if (files.exists(answer)) {
     files.remove(answer);

@@ -7,6 +7,7 @@
 #include <wx/statbmp.h>
 #include <wx/stattext.h>
 
+#include "ui/fit.h"
 #include "ui/program_icon.h"
 #include "ui/text.h"
 
@@ -20,8 +21,8 @@ AboutWindow::AboutWindow()
   auto* name = new wxStaticText(panel, wxID_ANY, "Tellaxis " TELLAXIS_VERSION);
   name->SetFont(name->GetFont().Bold().Scaled(1.4F));
   auto* sentence = new wxStaticText(panel, wxID_ANY,
-                                    italian("Ponte fra il punto cassa Orbis51 e le periferiche del banco:\n"
-                                            "misuratore fiscale, display, ricevute e preconti."));
+                                    italian("Ponte fra il punto cassa Orbis51\ne le periferiche del banco:\n"
+                                            "misuratore fiscale, display,\nricevute e preconti."));
   auto* close = new wxButton(panel, wxID_CLOSE, "&Chiudi");
   close->SetToolTip("Chiude questa finestra");
   close->Bind(wxEVT_BUTTON, [this](const wxCommandEvent&) { Close(); });
@@ -36,8 +37,8 @@ AboutWindow::AboutWindow()
   auto* all = new wxBoxSizer(wxVERTICAL);
   all->Add(row, wxSizerFlags().Border(wxALL, gap));
   all->Add(close, wxSizerFlags().Right().Border(wxALL & ~wxTOP, gap));
-  panel->SetSizerAndFit(all);
-  Fit();
+  panel->SetSizer(all);
+  fitToPanel(*this, *panel);
   close->SetFocus();
 }
 

@@ -54,12 +54,12 @@ constexpr Row misuratoreFiscale[] = {
     {{{.control = &F::MF_Driver,
        .label = "Programma driver",
        .help = "Programma avviato per ogni scontrino. Si cambia solo nel file delle impostazioni (MF_Driver)"}}},
-    {{{.control = &F::MF_Com, .label = "Porta COM", .help = portHelp, .columns = 4},
-      {.control = &F::MF_Param, .label = "Parametri", .help = lineHelp, .columns = 10},
+    {{{.control = &F::MF_Com, .label = "Porta COM", .help = portHelp, .columns = 5},
+      {.control = &F::MF_Param, .label = "Parametri", .help = lineHelp, .columns = 11},
       {.control = &F::MF_Delay,
        .label = "Ritardo (cs)",
        .help = "Attesa prima di ogni controllo della risposta, in centesimi di secondo",
-       .columns = 4}}},
+       .columns = 5}}},
 };
 
 constexpr Row connessione[] = {
@@ -69,7 +69,7 @@ constexpr Row connessione[] = {
       {.key = "FTP_User",
        .label = "Utente",
        .help = "Utente dei trasferimenti FTP, dal file delle impostazioni (FTP_User)",
-       .columns = 9,
+       .columns = 12,
        .spoken = "Utente FTP"}}},
     {{{.key = "WEB_Connection",
        .label = "Accesso remoto",
@@ -77,26 +77,26 @@ constexpr Row connessione[] = {
       {.key = "WEB_User",
        .label = "Utente",
        .help = "Utente della connessione telefonica, dal file delle impostazioni (WEB_User)",
-       .columns = 9,
+       .columns = 12,
        .spoken = "Utente dell'accesso remoto"}}},
 };
 
 constexpr Row display[] = {
     {{{.control = &F::DLY_Active,
        .label = "Attivo",
-       .help = "I messaggi del file indicato vengono mandati al display del cliente"}}},
-    {{{.control = &F::DLY_Type, .label = "Famiglia", .help = "Famiglia del display del cliente"},
+       .help = "I messaggi del file indicato vengono mandati al display del cliente"},
       {.control = &F::DLY_Delay,
        .label = "Ritardo (cs)",
        .help =
            "Pausa fra le righe, in centesimi di secondo. Si cambia solo nel file delle impostazioni (Display_Delay)",
-       .columns = 4}}},
+       .columns = 5}}},
+    {{{.control = &F::DLY_Type, .label = "Famiglia", .help = "Famiglia del display del cliente"}}},
     {{{.control = &F::DLY_File,
        .label = "File dei messaggi",
        .help = "File in cui Orbis51 scrive il messaggio per il display",
        .browse = Browse::file}}},
-    {{{.control = &F::DLY_com, .label = "Porta COM", .help = portHelp, .columns = 4},
-      {.control = &F::DLY_Param, .label = "Parametri", .help = lineHelp, .columns = 10}}},
+    {{{.control = &F::DLY_com, .label = "Porta COM", .help = portHelp, .columns = 5},
+      {.control = &F::DLY_Param, .label = "Parametri", .help = lineHelp, .columns = 11}}},
 };
 
 constexpr Row ricevutaFiscale[] = {
@@ -119,7 +119,7 @@ constexpr Row ricevutaFiscale[] = {
     {{{.control = &F::RF_Righe,
        .label = "Righe stampabili sul modulo (solo per Epson U-295)",
        .help = "Righe che stanno su un modulo; si trovano con Strumenti > Epson TM-U295",
-       .columns = 4}}},
+       .columns = 5}}},
 };
 
 constexpr Row preconto[] = {

@@ -167,7 +167,8 @@ wxSizer* MainWindow::makeColumns(wxScrolledWindow* parent) {
       if (group.column == column)
         groups->Add(makeGroup(parent, group, labelWidth),
                     wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, FromDIP(smallGap)));
-    columns->Add(groups, wxSizerFlags(1).Expand().Border(wxLEFT | wxRIGHT, FromDIP(smallGap)));
+    // Each in proportion to what it needs: with equal shares the narrow one would ask for as much as the wide one.
+    columns->Add(groups, wxSizerFlags(groups->GetMinSize().x).Expand().Border(wxLEFT | wxRIGHT, FromDIP(smallGap)));
   }
   return columns;
 }

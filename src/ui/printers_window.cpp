@@ -7,6 +7,7 @@
 #include <wx/textctrl.h>
 
 #include "slip/printers_list.h"
+#include "ui/fit.h"
 #include "ui/native.h"
 #include "ui/program_icon.h"
 #include "ui/text.h"
@@ -33,6 +34,7 @@ PrintersWindow::PrintersWindow(Bridge& bridge) : wxFrame(nullptr, wxID_ANY, "Ele
   wxString lines = shown(form.txtListaStampanti.Text);
   lines.Replace("\r\n", "\n");
   list->ChangeValue(lines);
+  list->SetMargins(FromDIP(6), FromDIP(6));
   const wxString help = "Nomi e porte come vanno scritti nelle impostazioni";
   list->SetToolTip(help);
   setAccessible(*list, "Elenco Porte Stampanti", help);
@@ -47,8 +49,8 @@ PrintersWindow::PrintersWindow(Bridge& bridge) : wxFrame(nullptr, wxID_ANY, "Ele
   auto* all = new wxBoxSizer(wxVERTICAL);
   all->Add(list, wxSizerFlags(1).Expand().Border(wxALL, gap));
   all->Add(close, wxSizerFlags().Right().Border(wxALL & ~wxTOP, gap));
-  panel->SetSizerAndFit(all);
-  Fit();
+  panel->SetSizer(all);
+  fitToPanel(*this, *panel);
   close->SetFocus();
 }
 

@@ -9,6 +9,7 @@
 #include "core/application.h"
 #include "core/step_failed.h"
 #include "platform/dialogs.h"
+#include "ui/fit.h"
 #include "ui/native.h"
 #include "ui/program_icon.h"
 #include "ui/text.h"
@@ -34,8 +35,8 @@ SlipTestWindow::SlipTestWindow(Bridge& bridge)
   auto* all = new wxBoxSizer(wxVERTICAL);
   all->Add(grid, wxSizerFlags().Expand().Border(wxALL, gap));
   all->Add(print, wxSizerFlags().Right().Border(wxALL & ~wxTOP, gap));
-  panel->SetSizerAndFit(all);
-  Fit();
+  panel->SetSizer(all);
+  fitToPanel(*this, *panel);
   testRow_->SetFocus();
 }
 

@@ -37,14 +37,14 @@ wxString timeOf(const LastJob& job) {
 
 wxString lastJobText(const std::optional<LastJob>& job) {
   if (!job) return "nessun lavoro";
-  return timeOf(*job) + " " + shown(job->name) + (job->failure.empty() ? " eseguito" : " non riuscito");
+  return timeOf(*job) + " " + shown(job->name) + (job->failure.empty() ? " eseguito" : " con errori");
 }
 
 wxString lastJobHelp(const std::optional<LastJob>& job) {
   if (!job) return italian("Nessun lavoro dall'avvio del programma");
   const wxString day = wxString::Format("%02d/%02d/%04d ", job->ended.day, job->ended.month, job->ended.year);
   const wxString text = day + timeOf(*job) + " " + shown(job->name);
-  return text + (job->failure.empty() ? wxString(": eseguito") : ": non riuscito\n" + shown(job->failure));
+  return text + (job->failure.empty() ? wxString(": eseguito") : ": con errori, il primo\n" + shown(job->failure));
 }
 
 void setText(wxStaticText* label, const wxString& text) {

@@ -77,6 +77,15 @@ TEST_F(ActivityTest, FirstFailingStepOfAJobIsItsResult) {
   EXPECT_EQ(last(Device::fiscalPrinter).failure, "copy C:\\a: manca");
 }
 
+TEST_F(ActivityTest, ABlankValueThatIsPassedOverIsNoFailure) {
+  devices.job = [this] {
+    activity.failed("FontName", "", "nome vuoto");
+    activity.failed("EndDoc", "LPT1:", "carta finita");
+  };
+  noted.Cort_StampaFile("a");
+  EXPECT_EQ(last(Device::courtesyPrinter).failure, "EndDoc LPT1:: carta finita");
+}
+
 TEST_F(ActivityTest, StepsThatFailBetweenJobsBelongToNone) {
   noted.MF_Invia("a");
   activity.failed("remove", "C:\\a", "manca");

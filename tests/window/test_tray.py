@@ -152,11 +152,11 @@ class Blocking(WindowScenario):
         begun = time.monotonic()
         self.desk.drop("one.txt", "UNO\r\n")
         wait_for(lambda: self.desk.jobs() == [], "the job taken")
-        self.window.control("Nascondi")  # answered only once the window works again
-        self.window.press("Nascondi")
-        wait_for(lambda: not self.window.is_visible(), "the window hidden")
+        self.window.press("Salva")  # heard only once the window works again
+        wait_for(lambda: "Impostazioni salvate" in self.window.labels(), "the window at work again")
         self.assertGreater(time.monotonic() - begun, 1.5)
         self.assertEqual(self.desk.jobs("IN"), [])
+        self.assertTrue(any(label.endswith("one.txt con errori") for label in self.window.labels()), self.window.labels())
 
 
 if __name__ == "__main__":
