@@ -1,38 +1,19 @@
 // Take-over: the accounts of the point-of-sale application in our own settings.
 #include "connect/take_over.h"
 
-#include "core/bridge.h"
-#include "fake/computer.h"
-#include "fake/sweep.h"
+#include "fake/take_over_desk.h"
 
 namespace tellaxis {
 namespace {
 
 using fake::Calls;
+using fake::own;
+using fake::pointOfSale;
 using fake::sweepFailingSteps;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr std::string_view own = "C:\\Tellaxis\\_Tellaxis.ini";
-constexpr std::string_view pointOfSale = "C:\\MERIDIA\\_Local.ini";
-
-struct Desk {
-  Desk() {
-    setMainFolder(bridge.settings, "C:\\Tellaxis");
-    setPointOfSaleFolder(bridge.settings, "C:\\MERIDIA");
-  }
-
-  fake::Computer computer;
-  Bridge bridge{computer.host};
-
-  void posSetting(std::string_view key, std::string_view value) {
-    computer.profiles.put(pointOfSale, "Varie", key, value);
-  }
-  void setting(std::string_view key, std::string_view value) { computer.profiles.put(own, "VARIE", key, value); }
-  std::string setting(std::string_view key) const {
-    return computer.profiles.value(own, "VARIE", key).value_or("(none)");
-  }
-
+struct Desk : fake::TakeOverDesk {
   void giveFtpAccount() {
     posSetting("Si_FTP_ptp", "ftp.example.it:2121");
     posSetting("Si_NomeUT_ptp", "banco");

@@ -1,39 +1,24 @@
 // Setup: the list, the take-over of every code, and the port of a chosen printer.
 #include "courtesy/setup.h"
 
-#include "core/bridge.h"
-#include "fake/computer.h"
-#include "fake/sweep.h"
+#include "fake/take_over_desk.h"
 
 namespace tellaxis {
 namespace {
 
 using fake::Calls;
+using fake::own;
 using fake::sweepFailingSteps;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr std::string_view own = "C:\\Tellaxis\\_Tellaxis.ini";
-constexpr std::string_view pointOfSale = "C:\\MERIDIA\\_Local.ini";
-
-struct Desk {
-  Desk() {
-    setMainFolder(bridge.settings, "C:\\Tellaxis");
-    setPointOfSaleFolder(bridge.settings, "C:\\MERIDIA");
-  }
+struct Desk : fake::TakeOverDesk {
+  Desk() = default;
   explicit Desk(std::string_view code) : Desk() {
     posSetting("BANCO_DS_STAMPANTE", code);
     posSetting("BANCO_DS_STAMPANTE_C", "2");
     posSetting("BANCO_DS_STAMPANTE_P", "19200,E,7,1");
   }
-
-  fake::Computer computer;
-  Bridge bridge{computer.host};
-
-  void posSetting(std::string_view key, std::string_view value) {
-    computer.profiles.put(pointOfSale, "Varie", key, value);
-  }
-  void setting(std::string_view key, std::string_view value) { computer.profiles.put(own, "VARIE", key, value); }
 
   Calls calls(std::size_t failingCall = 0) {
     computer.journal.failCall(failingCall);
@@ -44,14 +29,7 @@ struct Desk {
   /// The assignments of one take-over, all of them to section "VARIE" of our own settings file.
   Calls writes() {
     calls();
-    constexpr std::string_view beginning = "write [VARIE] ";
-    constexpr std::string_view end = " to C:\\Tellaxis\\_Tellaxis.ini";
-    Calls assignments;
-    for (const std::string& call : computer.journal.callsThatBegin("write ")) {
-      EXPECT_TRUE(call.starts_with(beginning) && call.ends_with(end)) << call;
-      assignments.push_back(call.substr(beginning.size(), call.size() - beginning.size() - end.size()));
-    }
-    return assignments;
+    return typedWrites();
   }
 };
 

@@ -1,49 +1,22 @@
 // Setup: the lists of displays and ports, and the take-over of every code.
 #include "display/setup.h"
 
-#include "core/bridge.h"
-#include "fake/computer.h"
-#include "fake/sweep.h"
+#include "fake/take_over_desk.h"
 
 namespace tellaxis {
 namespace {
 
 using fake::Calls;
+using fake::own;
+using fake::pointOfSale;
 using fake::sweepFailingSteps;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr std::string_view own = "C:\\Tellaxis\\_Tellaxis.ini";
-constexpr std::string_view pointOfSale = "C:\\MERIDIA\\_Local.ini";
+struct Desk : fake::TakeOverDesk {
+  Desk() { bridge.settings.Orbis_Setting = true; }
 
-struct Desk {
-  Desk() {
-    setMainFolder(bridge.settings, "C:\\Tellaxis");
-    setPointOfSaleFolder(bridge.settings, "C:\\MERIDIA");
-    bridge.settings.Orbis_Setting = true;
-  }
-
-  fake::Computer computer;
-  Bridge bridge{computer.host};
-
-  void posSetting(std::string_view key, std::string_view value) {
-    computer.profiles.put(pointOfSale, "Varie", key, value);
-  }
-  void setting(std::string_view key, std::string_view value) { computer.profiles.put(own, "VARIE", key, value); }
-  std::string setting(std::string_view key) const {
-    return computer.profiles.value(own, "VARIE", key).value_or("(none)");
-  }
-
-  Calls writes() const {
-    constexpr std::string_view beginning = "write [VARIE] ";
-    constexpr std::string_view end = " to C:\\Tellaxis\\_Tellaxis.ini";
-    Calls assignments;
-    for (const std::string& call : computer.journal.callsThatBegin("write ")) {
-      EXPECT_TRUE(call.starts_with(beginning) && call.ends_with(end)) << call;
-      assignments.push_back(call.substr(beginning.size(), call.size() - beginning.size() - end.size()));
-    }
-    return assignments;
-  }
+  Calls writes() const { return typedWrites(); }
 };
 
 TEST(DisplayStartUPValori, OffersFiveTypesAndSixteenPortsInOrder) {
