@@ -1,4 +1,4 @@
-// Connected devices: which folder serves which call. A device that has no folder yet is left alone.
+// Connected devices: which folder serves which call.
 #include "app/connected_devices.h"
 
 #include "connect/take_over.h"
@@ -27,6 +27,7 @@ void ConnectedDevices::WEB_StartUP_Orbis() { tellaxis::WEB_StartUP_Orbis(bridge_
 void ConnectedDevices::RF_StartUP_Valori() { tellaxis::RF_StartUP_Valori(bridge_); }
 void ConnectedDevices::Cort_StartUP_Valori() { tellaxis::Cort_StartUP_Valori(bridge_); }
 void ConnectedDevices::Cort_StartUP_Orbis() { tellaxis::Cort_StartUP_Orbis(bridge_); }
+/// Without a window there is no icon.
 void ConnectedDevices::IconaAggiungi() {}
 
 }  // namespace tellaxis

@@ -6,8 +6,6 @@
 #include <string>
 
 #include "core/ini.h"
-#include "platform/locale.h"
-#include "platform/trace.h"
 
 namespace tellaxis {
 
@@ -31,15 +29,6 @@ constexpr Account dialUpAccount = {{
     {"GG_ACCOUNT", "WEB_User"},
     {"GG_PSW", "WEB_Pw"},
 }};
-
-void readOrbisSetting(Bridge& bridge) {
-  Settings& settings = bridge.settings;
-  const std::string text = LeggiIni(bridge.host, rawSection, "Orbis_Setting", std::string("-1"), settings.settingsFile);
-  if (const auto truth = truthFrom(text, bridge.host.locale.regional()))
-    settings.Orbis_Setting = *truth;
-  else
-    bridge.host.trace.failed("lettura impostazione", "Orbis_Setting", "valore non valido: " + text);
-}
 
 void write(Bridge& bridge, std::string_view key, std::string_view value) {
   ScriviIni(bridge.host, rawSection, key, value, bridge.settings.settingsFile);

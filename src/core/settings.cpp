@@ -79,6 +79,12 @@ void show(Bridge& bridge, const Setting& row) {
              row.control);
 }
 
+/// Reads one row without showing it.
+void loadAlone(Bridge& bridge, std::string_view key) {
+  for (const Setting& row : catalogue())
+    if (row.loadedAs == key) store(bridge, row, read(bridge, row));
+}
+
 /// Reads the rows of a group, then shows them.
 void loadGroup(Bridge& bridge, Group group) {
   for (const Setting& row : catalogue())
@@ -148,9 +154,10 @@ void setPointOfSaleFolder(Settings& settings, std::string folder) {
   settings.pointOfSaleSettingsFile = settings.pointOfSaleFolder + "\\_Local.ini";
 }
 
+void readOrbisSetting(Bridge& bridge) { loadAlone(bridge, "Orbis_Setting"); }
+
 void loadPointOfSaleFolder(Bridge& bridge) {
-  for (const Setting& row : catalogue())
-    if (row.loadedAs == "Orbis_Directory") store(bridge, row, read(bridge, row));
+  loadAlone(bridge, "Orbis_Directory");
   setPointOfSaleFolder(bridge.settings, bridge.settings.pointOfSaleFolder);
 }
 

@@ -61,6 +61,9 @@ void setPointOfSaleFolder(Settings& settings, std::string folder);
 /// Loads the point-of-sale folder alone, for operations that run without the start-up.
 void loadPointOfSaleFolder(Bridge& bridge);
 
+/// Reads the flag of the take-overs alone; a text that is no truth value leaves what was there.
+void readOrbisSetting(Bridge& bridge);
+
 /// Loads every setting and shows it on the form. A value that cannot be converted leaves what was there; a display that
 /// is switched off leaves its other settings and its port alone.
 void CaricaImpostazioni(Bridge& bridge);

@@ -28,12 +28,6 @@ void prepareJobFolders(Bridge& bridge) {
   }
 }
 
-void readOrbisSetting(Bridge& bridge) {
-  const std::string text =
-      LeggiIni(bridge.host, rawSection, "Orbis_Setting", std::string("-1"), bridge.settings.settingsFile);
-  if (const auto truth = truthFrom(text, bridge.host.locale.regional())) bridge.settings.Orbis_Setting = *truth;
-}
-
 void setUpDevices(DeviceSetup& setup) {
   setup.Display_StartUP_Valori();
   setup.Display_StartUP_Orbis();

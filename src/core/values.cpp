@@ -6,19 +6,13 @@
 #include <cmath>
 #include <limits>
 
+#include "core/upper_case.h"
+
 namespace tellaxis {
 
 namespace {
 
 constexpr std::int64_t tenThousand = 10'000;
-
-bool equalsIgnoringCase(std::string_view left, std::string_view right) {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-  if (left.size() != right.size()) return false;
-  for (std::size_t i = 0; i < left.size(); ++i)
-    if (lower(left[i]) != lower(right[i])) return false;
-  return true;
-}
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
@@ -129,9 +123,9 @@ std::optional<bool> truthFrom(const Value& value, const platform::RegionalSettin
   if (text == nullptr) return std::nullopt;
   const std::string_view word = trimmed(*text);
   for (const std::string_view trueWord : {std::string_view("True"), std::string_view(regional.trueWord)})
-    if (equalsIgnoringCase(word, trueWord)) return true;
+    if (upperCase(word) == upperCase(trueWord)) return true;
   for (const std::string_view falseWord : {std::string_view("False"), std::string_view(regional.falseWord)})
-    if (equalsIgnoringCase(word, falseWord)) return false;
+    if (upperCase(word) == upperCase(falseWord)) return false;
   return std::nullopt;
 }
 
