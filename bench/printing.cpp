@@ -7,9 +7,9 @@
 #include <string>
 
 #include "platform/linux/printers.h"
+#include "platform/printing/folder_printer.h"
+#include "platform/printing/streaming_printer.h"
 #include "platform/trace.h"
-#include "platform/virtual/folder_printer.h"
-#include "platform/virtual/recording_printer.h"
 
 namespace {
 
@@ -77,7 +77,7 @@ void receiptAsJsonLines(benchmark::State& state) {
   std::vector<ListedPrinter> listed;
   listed.push_back(
       {{"SAMSUNG SRP-500", "COM3:"}, std::make_unique<FolderPrinter>(folder.path() + "/spool", nullptr, trace)});
-  RecordingPrinter printer(
+  StreamingPrinter printer(
       std::move(listed), nullptr, [](std::string_view) { return std::nullopt; }, trace);
   run(state, printer, folder);
 }

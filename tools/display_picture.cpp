@@ -5,7 +5,7 @@
 #include <charconv>
 #include <optional>
 
-#include "platform/virtual/code_page.h"
+#include "text/code_page.h"
 
 namespace tellaxis::tools {
 
@@ -126,7 +126,7 @@ std::string framed(const std::vector<std::string>& lines) {
   std::string edge;
   for (std::size_t i = 0; i < lines.front().size(); ++i) edge += "\u2500";
   std::string text = "\u250C" + edge + "\u2510\n";
-  for (const std::string& line : lines) text += "\u2502" + platform::utf8FromCodePage(line) + "\u2502\n";
+  for (const std::string& line : lines) text += "\u2502" + utf8FromCodePage(line) + "\u2502\n";
   return text + "\u2514" + edge + "\u2518\n";
 }
 

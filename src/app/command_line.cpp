@@ -9,7 +9,7 @@
 #include <optional>
 #include <vector>
 
-#include "platform/resident.h"
+#include "platform/program.h"
 
 namespace tellaxis {
 

@@ -6,7 +6,7 @@
 
 #include "core/bridge.h"
 #include "core/devices.h"
-#include "platform/resident.h"
+#include "platform/program.h"
 
 namespace tellaxis {
 

@@ -11,10 +11,11 @@
 #include "app/command_line.h"
 #include "app/window_program.h"
 #include "core/activity.h"
-#include "platform/resident.h"
+#include "platform/instance.h"
+#include "platform/program.h"
 #include "platform/system.h"
-#include "platform/virtual/code_page.h"
 #include "platform/window_call.h"
+#include "text/code_page.h"
 #include "ui/native.h"
 
 namespace {
@@ -72,7 +73,7 @@ int showWindow(const WindowSurroundings& surroundings, const std::string& mainFo
 
 int run(const CommandLine& line) {
   const std::string& folder = line.system.mainFolder;
-  const auto mainFolder = platform::codePageFromUtf8(folder);
+  const auto mainFolder = codePageFromUtf8(folder);
   if (!mainFolder)
     return complain("--main-folder " + folder + ": il nome ha caratteri che non si possono usare", statusUnusable);
   if (!ui::displayIsThere()) return complain(noDisplay, statusUnusable);

@@ -9,9 +9,10 @@
 #include "app/one_shot.h"
 #include "app/resident.h"
 #include "core/bridge.h"
-#include "platform/resident.h"
+#include "platform/instance.h"
+#include "platform/program.h"
 #include "platform/system.h"
-#include "platform/virtual/code_page.h"
+#include "text/code_page.h"
 
 namespace {
 
@@ -59,7 +60,7 @@ int runOnce(const CommandLine& line, const std::string& mainFolder) {
 
 int run(const CommandLine& line) {
   const std::string& folder = line.system.mainFolder;
-  const auto mainFolder = platform::codePageFromUtf8(folder);
+  const auto mainFolder = codePageFromUtf8(folder);
   if (!mainFolder)
     return complain("--main-folder " + folder + ": il nome ha caratteri che non si possono usare", statusUnusable);
   return line.command == Command::stay ? stay(line, *mainFolder) : runOnce(line, *mainFolder);

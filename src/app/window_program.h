@@ -11,7 +11,7 @@
 #include "core/bridge.h"
 #include "core/polling.h"
 #include "platform/host.h"
-#include "platform/resident.h"
+#include "platform/program.h"
 #include "platform/window_call.h"
 #include "ui/main_window.h"
 #include "ui/message_boxes.h"

@@ -6,11 +6,12 @@
 
 #include "connect/batch_file.h"
 #include "core/ini.h"
-#include "core/upper_case.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/locale.h"
 #include "platform/processes.h"
+
+#include "text/letter_case.h"
 
 namespace tellaxis {
 
@@ -44,7 +45,7 @@ std::string digits(int number, std::size_t width) {
 }
 
 /// For example "LUN#0930".
-std::string timetableKey(const platform::DateTime& now, const platform::RegionalSettings& regional) {
+std::string timetableKey(const platform::DateTime& now, const RegionalSettings& regional) {
   const std::string& weekday = regional.weekdays.at(static_cast<std::size_t>(now.weekday));
   return upperCase(weekday.substr(0, 3)) + "#" + digits(now.hour, 2) + digits(now.minute, 2);
 }

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <limits>
 
-#include "core/upper_case.h"
+#include "text/letter_case.h"
 
 namespace tellaxis {
 
@@ -28,7 +28,7 @@ std::string textOf(Currency number, char decimalSeparator) {
 }
 
 /// The same number in the notation of the standard library; nothing when `text` has anything but a number in it.
-std::optional<std::string> plainNotation(std::string_view text, const platform::RegionalSettings& regional) {
+std::optional<std::string> plainNotation(std::string_view text, const RegionalSettings& regional) {
   std::string plain;
   std::size_t position = 0;
   if (position < text.size() && (text[position] == '-' || text[position] == '+')) {
@@ -70,9 +70,9 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
-std::string textOf(const Value& value, const platform::RegionalSettings& regional) {
+std::string textOf(const Value& value, const RegionalSettings& regional) {
   struct TextForm {
-    const platform::RegionalSettings& regional;
+    const RegionalSettings& regional;
     std::string operator()(Null) const { return {}; }
     std::string operator()(const std::string& text) const { return text; }
     std::string operator()(std::int16_t number) const { return std::to_string(number); }
@@ -82,7 +82,7 @@ std::string textOf(const Value& value, const platform::RegionalSettings& regiona
   return std::visit(TextForm{regional}, value);
 }
 
-std::optional<double> numberFromText(std::string_view text, const platform::RegionalSettings& regional) {
+std::optional<double> numberFromText(std::string_view text, const RegionalSettings& regional) {
   const auto plain = plainNotation(trimmed(text), regional);
   if (!plain) return std::nullopt;
   double number = 0;
@@ -91,9 +91,9 @@ std::optional<double> numberFromText(std::string_view text, const platform::Regi
   return number;
 }
 
-std::optional<double> numberFrom(const Value& value, const platform::RegionalSettings& regional) {
+std::optional<double> numberFrom(const Value& value, const RegionalSettings& regional) {
   struct Number {
-    const platform::RegionalSettings& regional;
+    const RegionalSettings& regional;
     std::optional<double> operator()(Null) const { return 0; }
     std::optional<double> operator()(const std::string& text) const { return numberFromText(text, regional); }
     std::optional<double> operator()(std::int16_t number) const { return number; }
@@ -105,7 +105,7 @@ std::optional<double> numberFrom(const Value& value, const platform::RegionalSet
   return std::visit(Number{regional}, value);
 }
 
-std::optional<std::int16_t> integerFrom(const Value& value, const platform::RegionalSettings& regional) {
+std::optional<std::int16_t> integerFrom(const Value& value, const RegionalSettings& regional) {
   const auto number = numberFrom(value, regional);
   if (!number) return std::nullopt;
   const double floor = std::floor(*number);
@@ -117,19 +117,19 @@ std::optional<std::int16_t> integerFrom(const Value& value, const platform::Regi
   return static_cast<std::int16_t>(rounded);
 }
 
-std::optional<bool> truthFrom(const Value& value, const platform::RegionalSettings& regional) {
+std::optional<bool> truthFrom(const Value& value, const RegionalSettings& regional) {
   if (const auto number = numberFrom(value, regional)) return *number != 0;
   const auto* text = std::get_if<std::string>(&value);
   if (text == nullptr) return std::nullopt;
   const std::string_view word = trimmed(*text);
   for (const std::string_view trueWord : {std::string_view("True"), std::string_view(regional.trueWord)})
-    if (upperCase(word) == upperCase(trueWord)) return true;
+    if (equalIgnoringCase(word, trueWord)) return true;
   for (const std::string_view falseWord : {std::string_view("False"), std::string_view(regional.falseWord)})
-    if (upperCase(word) == upperCase(falseWord)) return false;
+    if (equalIgnoringCase(word, falseWord)) return false;
   return std::nullopt;
 }
 
-bool isGreaterThanZero(const Value& value, const platform::RegionalSettings& regional) {
+bool isGreaterThanZero(const Value& value, const RegionalSettings& regional) {
   if (const auto number = numberFrom(value, regional)) return *number > 0;
   const auto* text = std::get_if<std::string>(&value);
   return text != nullptr && !trimmed(*text).empty();

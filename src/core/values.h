@@ -33,24 +33,24 @@ std::string_view trimmed(std::string_view text);
 
 /// The text form of a value: integers in decimal, numbers with the region's decimal sign, truth values as the region's
 /// words.
-std::string textOf(const Value& value, const platform::RegionalSettings& regional);
+std::string textOf(const Value& value, const RegionalSettings& regional);
 
 /// The number that a text writes: blanks around it, a sign, digits with the region's signs, an exponent; nothing for
 /// any other text.
-std::optional<double> numberFromText(std::string_view text, const platform::RegionalSettings& regional);
+std::optional<double> numberFromText(std::string_view text, const RegionalSettings& regional);
 
 /// The number that a value holds or writes; truth values are -1 and 0, no value is 0.
-std::optional<double> numberFrom(const Value& value, const platform::RegionalSettings& regional);
+std::optional<double> numberFrom(const Value& value, const RegionalSettings& regional);
 
 /// A 16-bit integer, rounded half to even; nothing outside -32768 to 32767 or for a text that is no number.
-std::optional<std::int16_t> integerFrom(const Value& value, const platform::RegionalSettings& regional);
+std::optional<std::int16_t> integerFrom(const Value& value, const RegionalSettings& regional);
 
 /// A truth value: a number is true unless 0; the words True and False and the region's own count in any case; nothing
 /// for other text.
-std::optional<bool> truthFrom(const Value& value, const platform::RegionalSettings& regional);
+std::optional<bool> truthFrom(const Value& value, const RegionalSettings& regional);
 
 /// As the polling compares a setting with 0: a number as a number; any other text that is not blank is greater, blank
 /// is not.
-bool isGreaterThanZero(const Value& value, const platform::RegionalSettings& regional);
+bool isGreaterThanZero(const Value& value, const RegionalSettings& regional);
 
 }  // namespace tellaxis

@@ -3,16 +3,17 @@
 
 #include <vector>
 
-#include "core/upper_case.h"
 #include "core/values.h"
 #include "platform/locale.h"
+
+#include "text/letter_case.h"
 
 namespace tellaxis {
 
 namespace {
 
 bool matches(std::string_view left, std::string_view right, Matching matching) {
-  return matching == Matching::exact ? left == right : upperCase(left) == upperCase(right);
+  return matching == Matching::exact ? left == right : equalIgnoringCase(left, right);
 }
 
 std::string setting(const Bridge& bridge) {

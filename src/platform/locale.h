@@ -1,22 +1,13 @@
 // Locale: the user's regional settings, by which numbers and names of days are written.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <string_view>
 
-namespace tellaxis::platform {
+#include "text/regional.h"
 
-/// The signs and words of a region, in code page 1252.
-struct RegionalSettings {
-  char decimalSeparator = ',';
-  char groupSeparator = '.';
-  std::string trueWord = "Vero";
-  std::string falseWord = "Falso";
-  std::array<std::string, 7> weekdays;  ///< full names, Sunday first
-};
+namespace tellaxis::platform {
 
 class Locale {
  public:

@@ -37,7 +37,7 @@ bool isSetUp(const Bridge& bridge) {
          isGreaterThanZero(bridge.settings.RF_Seriale, bridge.host.locale.regional());
 }
 
-std::int16_t integerIn(const TextBox& box, const platform::RegionalSettings& regional) {
+std::int16_t integerIn(const TextBox& box, const RegionalSettings& regional) {
   const auto number = integerFrom(box.Text, regional);
   require(number.has_value(), "numero fuori dai limiti");
   return *number;

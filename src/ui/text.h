@@ -6,15 +6,15 @@
 #include <string>
 #include <string_view>
 
-#include "platform/virtual/code_page.h"
+#include "text/code_page.h"
 
 namespace tellaxis::ui {
 
-inline wxString shown(std::string_view text) { return wxString::FromUTF8(platform::utf8FromCodePage(text).c_str()); }
+inline wxString shown(std::string_view text) { return wxString::FromUTF8(utf8FromCodePage(text).c_str()); }
 
 /// What the user typed; a character that the code page lacks becomes "?".
 inline std::string typed(const wxString& text) {
-  return platform::nearestCodePage(std::string_view(text.utf8_str().data(), text.utf8_str().length()));
+  return nearestCodePage(std::string_view(text.utf8_str().data(), text.utf8_str().length()));
 }
 
 /// Our own texts, which are UTF-8 in the source.

@@ -4,15 +4,18 @@ import json
 import shutil
 import socket
 import subprocess
+import sys
 import tempfile
 import threading
 import unittest
 from pathlib import Path
 
-import demo_jobs
+sys.path.insert(0, str(Path(__file__).resolve().parent.parent.parent / "demo"))
+
+import sample_jobs
 from harness import ON_WINDOWS, Scenario, some_ticks, wait_for
 
-PRIVATE_CUPS = Path(__file__).parent.parent / "platform" / "private_cups.sh"
+PRIVATE_CUPS = Path(__file__).parent.parent / "platform" / "linux" / "printing" / "private_cups.sh"
 ESC_POS_BEGIN = b"\x1b@\x1bt\x10"
 
 
@@ -60,18 +63,18 @@ class Printing(Scenario):
 
     def test_the_logo_is_a_document_of_its_own(self):
         self.printer("SAMSUNG SRP-350", "COM3:", "folder:spool")
-        (self.desk.c("MERIDIA") / "LogoCassa.bmp").write_bytes(demo_jobs.logo())
+        (self.desk.c("MERIDIA") / "LogoCassa.bmp").write_bytes(sample_jobs.logo())
         self.courtesy("SAMSUNG", CORT_Logo=-1, CORT_File="C:\\MERIDIA\\LogoCassa.bmp")
         self.desk.start()
-        self.job(demo_jobs.COURTESY_OTHERS)
+        self.job(sample_jobs.COURTESY_OTHERS)
         self.assertEqual([operation["op"] for operation in self.document(1)], ["move", "move", "picture"])
         self.assertEqual(self.document(1)[2]["width"], 384)
         self.assertIn("8001234567897", self.texts(2))
 
     def test_line_printers_print_the_lines_that_are_theirs(self):
         for kind, name, job, first in (
-            ("OLIVETTI PRT100 NonFiscale", "OLIVETTI PRT100", demo_jobs.LINE_PRINTER, "TRATTORIA AL PORTO"),
-            ("UNIPOS MERIDIA", "UNIPOS", demo_jobs.UNIPOS, "TRATTORIA AL PORTO"),
+            ("OLIVETTI PRT100 NonFiscale", "OLIVETTI PRT100", sample_jobs.LINE_PRINTER, "TRATTORIA AL PORTO"),
+            ("UNIPOS MERIDIA", "UNIPOS", sample_jobs.UNIPOS, "TRATTORIA AL PORTO"),
         ):
             with self.subTest(kind):
                 shutil.rmtree(self.desk.main / "spool", ignore_errors=True)
@@ -93,7 +96,7 @@ class Printing(Scenario):
                 program = self.desk.start()
                 slip = self.desk.c("MERIDIA") / "Ricevuta.txt"
                 unfinished = self.desk.root / "slip"
-                unfinished.write_bytes(demo_jobs.SLIP.encode("cp1252"))
+                unfinished.write_bytes(sample_jobs.SLIP.encode("cp1252"))
                 unfinished.replace(slip)
                 self.assertIn("Rossi Mario", "".join(self.texts()))
                 wait_for(lambda: not slip.exists(), "the slip's file is deleted")

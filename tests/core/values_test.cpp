@@ -8,7 +8,7 @@
 namespace tellaxis {
 namespace {
 
-const platform::RegionalSettings& italian() {
+const RegionalSettings& italian() {
   static const fake::Locale locale;
   return locale.regional();
 }

@@ -2,17 +2,17 @@
 #pragma once
 
 #include "platform/locale.h"
-#include "platform/virtual/regional.h"
+#include "text/regional.h"
 
 namespace tellaxis::fake {
 
 class Locale : public platform::Locale {
  public:
-  platform::RegionalSettings settings = platform::italianSettings();
+  RegionalSettings settings = italianSettings();
 
-  const platform::RegionalSettings& regional() const override { return settings; }
+  const RegionalSettings& regional() const override { return settings; }
   std::optional<std::int64_t> currency(std::string_view text) const override {
-    return platform::currencyFromText(text, settings);
+    return currencyFromText(text, settings);
   }
 };
 

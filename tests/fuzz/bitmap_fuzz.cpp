@@ -5,7 +5,7 @@
 #include <string_view>
 #include <variant>
 
-#include "platform/linux/pages/bitmap_file.h"
+#include "platform/linux/printing/pages/bitmap_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const auto read = tellaxis::platform::readBitmap({reinterpret_cast<const char*>(data), size});

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "platform/linux/profile_text.h"
+#include "platform/linux/profiles/profile_text.h"
 
 namespace {
 

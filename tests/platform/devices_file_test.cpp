@@ -1,5 +1,5 @@
 // Tests of the devices file: what it may say, and how mistakes in it are named.
-#include "platform/virtual/devices_file.h"
+#include "platform/devices_file.h"
 
 #include <gmock/gmock.h>
 

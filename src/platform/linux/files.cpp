@@ -10,10 +10,11 @@
 #include <csignal>
 #include <utility>
 
-#include "platform/linux/folder.h"
-#include "platform/linux/reason.h"
-#include "platform/linux/transfer.h"
-#include "platform/virtual/letter_case.h"
+#include "platform/linux/files/file_name.h"
+#include "platform/linux/files/folder.h"
+#include "platform/linux/files/transfer.h"
+#include "platform/linux/kernel/reason.h"
+#include "text/letter_case.h"
 
 namespace tellaxis::platform {
 

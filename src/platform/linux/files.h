@@ -4,7 +4,7 @@
 #include <set>
 
 #include "platform/files.h"
-#include "platform/linux/paths.h"
+#include "platform/linux/files/paths.h"
 #include "platform/trace.h"
 
 namespace tellaxis::platform {

@@ -9,13 +9,20 @@
 #include <string>
 #include <utility>
 
-#include "platform/linux/loaded_libraries.h"
-#include "platform/linux/reason.h"
-#include "platform/linux/transfer.h"
+#include "platform/linux/files/transfer.h"
+#include "platform/linux/ftp/ftp_library.h"
+#include "platform/linux/kernel/loaded_library.h"
+#include "platform/linux/kernel/reason.h"
 
 namespace tellaxis::platform {
 
 namespace {
+
+/// Loaded at the first call; null when it cannot be loaded, which is reported to the trace once.
+const FtpLibrary* ftpLibrary(Trace& trace) {
+  static const auto* library = static_cast<const FtpLibrary*>(loadLibrary(ftpLibraryFile, ftpLibraryEntry, trace));
+  return library;
+}
 
 class LinuxFtpClient : public FtpClient {
  public:

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "platform/ftp_client.h"
+#include "platform/linux/files/paths.h"
 #include "platform/linux/ftp/ftp_session.h"
-#include "platform/linux/paths.h"
 #include "platform/trace.h"
 
 namespace tellaxis::platform {

@@ -8,8 +8,8 @@
 
 #include <memory>
 
-#include "platform/virtual/code_page.h"
-#include "platform/virtual/regional.h"
+#include "text/code_page.h"
+#include "text/regional.h"
 
 namespace tellaxis::platform {
 

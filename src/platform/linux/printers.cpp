@@ -3,12 +3,12 @@
 
 #include <utility>
 
-#include "platform/linux/cups_printer.h"
-#include "platform/linux/escpos_device.h"
-#include "platform/linux/loaded_libraries.h"
-#include "platform/virtual/escpos.h"
-#include "platform/virtual/folder_printer.h"
-#include "platform/virtual/recording_printer.h"
+#include "platform/linux/printing/cups_printer.h"
+#include "platform/linux/printing/escpos_device.h"
+#include "platform/linux/printing/loaded_pages.h"
+#include "platform/printing/escpos.h"
+#include "platform/printing/folder_printer.h"
+#include "platform/printing/streaming_printer.h"
 
 namespace tellaxis::platform {
 
@@ -76,7 +76,7 @@ std::unique_ptr<PrinterObject> openPrinters(const DevicesFile& devices, const st
     listed.push_back({definition.printer,
                       std::visit(BackEndMaker{definition.printer, mainFolder, readBitmap, trace}, definition.target)});
   auto queues = std::make_unique<CupsPrinters>(devices.serialLines, readBitmap, trace);
-  return std::make_unique<RecordingPrinter>(std::move(listed), std::move(queues), readPicture, trace);
+  return std::make_unique<StreamingPrinter>(std::move(listed), std::move(queues), readPicture, trace);
 }
 
 }  // namespace tellaxis::platform

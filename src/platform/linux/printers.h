@@ -7,9 +7,9 @@
 #include <string>
 #include <string_view>
 
+#include "platform/devices_file.h"
 #include "platform/printers.h"
 #include "platform/trace.h"
-#include "platform/virtual/devices_file.h"
 
 namespace tellaxis::platform {
 

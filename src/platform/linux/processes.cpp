@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/command_line.h"
-#include "platform/linux/reason.h"
+#include "platform/linux/kernel/reason.h"
+#include "platform/linux/processes/command_line.h"
 
 namespace tellaxis::platform {
 

@@ -3,9 +3,9 @@
 
 #include <map>
 
-#include "platform/linux/descriptor.h"
-#include "platform/linux/paths.h"
-#include "platform/linux/reaper.h"
+#include "platform/linux/files/paths.h"
+#include "platform/linux/kernel/descriptor.h"
+#include "platform/linux/processes/reaper.h"
 #include "platform/processes.h"
 #include "platform/trace.h"
 

@@ -8,10 +8,10 @@
 #include <thread>
 #include <utility>
 
-#include "platform/linux/profile_file.h"
-#include "platform/linux/profile_replacement.h"
-#include "platform/linux/profile_text.h"
-#include "platform/linux/reason.h"
+#include "platform/linux/kernel/reason.h"
+#include "platform/linux/profiles/profile_file.h"
+#include "platform/linux/profiles/profile_replacement.h"
+#include "platform/linux/profiles/profile_text.h"
 
 namespace tellaxis::platform {
 

@@ -6,9 +6,9 @@
 #include <optional>
 #include <utility>
 
-#include "platform/linux/hang_up_watch.h"
-#include "platform/linux/reason.h"
-#include "platform/linux/serial_device.h"
+#include "platform/linux/kernel/reason.h"
+#include "platform/linux/serial/hang_up_watch.h"
+#include "platform/linux/serial/serial_device.h"
 
 namespace tellaxis::platform {
 

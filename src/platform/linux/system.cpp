@@ -6,40 +6,23 @@
 #include <map>
 #include <utility>
 
+#include "platform/console/dialogs.h"
+#include "platform/console/trace.h"
+#include "platform/console/tray.h"
+#include "platform/devices_file.h"
 #include "platform/linux/clock.h"
-#include "platform/linux/dialogs.h"
 #include "platform/linux/files.h"
+#include "platform/linux/files/paths.h"
 #include "platform/linux/ftp_client.h"
 #include "platform/linux/locale.h"
-#include "platform/linux/paths.h"
 #include "platform/linux/printers.h"
 #include "platform/linux/processes.h"
 #include "platform/linux/profiles.h"
 #include "platform/linux/serial_port.h"
-#include "platform/linux/trace.h"
-#include "platform/linux/tray.h"
-#include "platform/virtual/devices_file.h"
-#include "platform/virtual/listened_trace.h"
 
 namespace tellaxis::platform {
 
 namespace {
-
-std::unique_ptr<Trace> makeTrace(const SystemOptions& options) {
-  std::unique_ptr<Trace> trace = std::make_unique<NoTrace>();
-  if (options.trace) trace = std::make_unique<ErrorTrace>();
-  if (options.alsoTold != nullptr) trace = std::make_unique<ListenedTrace>(std::move(trace), *options.alsoTold);
-  return trace;
-}
-
-/// The devices file that was named, or that of the main folder where there is one.
-std::variant<DevicesFile, DevicesFileError> devicesOf(const SystemOptions& options) {
-  if (options.devicesFile) return readDevicesFile(*options.devicesFile);
-  const std::string usual = options.mainFolder + "/devices.toml";
-  std::error_code ignored;
-  if (!std::filesystem::exists(usual, ignored)) return DevicesFile{};
-  return readDevicesFile(usual);
-}
 
 std::map<int, std::string> serialDevices(const DevicesFile& devices, const std::string& mainFolder) {
   std::map<int, std::string> paths;
@@ -50,7 +33,7 @@ std::map<int, std::string> serialDevices(const DevicesFile& devices, const std::
 class LinuxSystem : public System {
  public:
   LinuxSystem(const SystemOptions& options, RegionalSettings regional, const DevicesFile& devices)
-      : trace_(makeTrace(options)),
+      : trace_(makeTrace(options.trace, options.alsoTold)),
         paths_(options.mainFolder, options.drives),
         locale_(std::move(regional)),
         profiles_([this](std::string_view path) { return paths_.resolve(path).value_or(std::string()); }, *trace_),
@@ -95,7 +78,8 @@ class LinuxSystem : public System {
 std::variant<std::unique_ptr<System>, SystemError> openSystem(const SystemOptions& options) {
   const auto regional = options.localeName ? settingsOfLocale(*options.localeName) : settingsOfEnvironment();
   if (!regional) return SystemError{"--locale " + *options.localeName + ": impostazioni internazionali sconosciute"};
-  const auto devices = devicesOf(options);
+  const auto file = devicesFileOf(options.devicesFile, options.mainFolder);
+  const auto devices = file ? readDevicesFile(*file) : DevicesFile{};
   if (const auto* error = std::get_if<DevicesFileError>(&devices)) return SystemError{error->message};
   // A pipe whose reader has gone is a failing step, not the program's end.
   ::signal(SIGPIPE, SIG_IGN);

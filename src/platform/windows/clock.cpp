@@ -3,15 +3,15 @@
 
 #include <windows.h>
 
-namespace tellaxis::platform::windows {
+namespace tellaxis::platform {
 
-double Clock::secondsSinceMidnight() {
+double WindowsClock::secondsSinceMidnight() {
   SYSTEMTIME time;
   GetLocalTime(&time);
   return time.wHour * 3600 + time.wMinute * 60 + time.wSecond + time.wMilliseconds / 1000.0;
 }
 
-DateTime Clock::now() {
+DateTime WindowsClock::now() {
   SYSTEMTIME time;
   GetLocalTime(&time);
   return {.year = time.wYear,
@@ -22,8 +22,8 @@ DateTime Clock::now() {
           .minute = time.wMinute};
 }
 
-void Clock::sleep(std::chrono::milliseconds duration) {
+void WindowsClock::sleep(std::chrono::milliseconds duration) {
   if (duration.count() > 0) Sleep(static_cast<DWORD>(duration.count()));
 }
 
-}  // namespace tellaxis::platform::windows
+}  // namespace tellaxis::platform

@@ -3,13 +3,13 @@
 
 #include "platform/clock.h"
 
-namespace tellaxis::platform::windows {
+namespace tellaxis::platform {
 
-class Clock : public platform::Clock {
+class WindowsClock : public Clock {
  public:
   double secondsSinceMidnight() override;
   DateTime now() override;
   void sleep(std::chrono::milliseconds duration) override;
 };
 
-}  // namespace tellaxis::platform::windows
+}  // namespace tellaxis::platform

@@ -3,10 +3,10 @@
 
 #include <algorithm>
 
-#include "platform/windows/file_operations.h"
-#include "platform/windows/native.h"
+#include "platform/windows/files/file_operations.h"
+#include "platform/windows/kernel/native.h"
 
-namespace tellaxis::platform::windows {
+namespace tellaxis::platform {
 
 namespace {
 
@@ -53,23 +53,23 @@ bool heldByWriter(const std::wstring& path) {
 
 }  // namespace
 
-bool Files::exists(std::string_view path) { return findFile(wide(path)).has_value(); }
+bool WindowsFiles::exists(std::string_view path) { return findFile(wide(path)).has_value(); }
 
-std::optional<std::string> Files::lookUp(std::string_view path) {
+std::optional<std::string> WindowsFiles::lookUp(std::string_view path) {
   const auto name = findFile(wide(path));
   return name ? narrow(*name) : std::nullopt;
 }
 
-bool Files::folderExists(std::string_view path) {
+bool WindowsFiles::folderExists(std::string_view path) {
   const DWORD attributes = GetFileAttributesW(wide(path).c_str());
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
-bool Files::createFolder(std::string_view path) {
+bool WindowsFiles::createFolder(std::string_view path) {
   return CreateDirectoryW(wide(path).c_str(), nullptr) || failed(trace_, "createFolder", path);
 }
 
-std::optional<std::vector<std::string>> Files::list(std::string_view folder) {
+std::optional<std::vector<std::string>> WindowsFiles::list(std::string_view folder) {
   auto found = filesOf(wide(folder));
   if (!found) {
     failed(trace_, "list", folder);
@@ -88,7 +88,7 @@ std::optional<std::vector<std::string>> Files::list(std::string_view folder) {
   return names;
 }
 
-bool Files::copy(std::string_view from, std::string_view to) {
+bool WindowsFiles::copy(std::string_view from, std::string_view to) {
   const std::wstring target = wide(to);
   const std::wstring temporary = temporaryBeside(target);
   if (!CopyFileW(wide(from).c_str(), temporary.c_str(), TRUE)) {
@@ -100,7 +100,7 @@ bool Files::copy(std::string_view from, std::string_view to) {
   return replaceFile(temporary, target) || failed(trace_, "copy", to);
 }
 
-bool Files::move(std::string_view from, std::string_view to) {
+bool WindowsFiles::move(std::string_view from, std::string_view to) {
   const std::wstring source = wide(from);
   // Held open until the file has its new name, it keeps new writers out.
   const UniqueHandle guard = openWithoutWriters(source);
@@ -108,9 +108,11 @@ bool Files::move(std::string_view from, std::string_view to) {
   return MoveFileExW(source.c_str(), wide(to).c_str(), MOVEFILE_COPY_ALLOWED) || failed(trace_, "move", from);
 }
 
-bool Files::remove(std::string_view path) { return DeleteFileW(wide(path).c_str()) || failed(trace_, "remove", path); }
+bool WindowsFiles::remove(std::string_view path) {
+  return DeleteFileW(wide(path).c_str()) || failed(trace_, "remove", path);
+}
 
-bool Files::removeAll(std::string_view folder) {
+bool WindowsFiles::removeAll(std::string_view folder) {
   const std::wstring wideFolder = wide(folder);
   const auto names = filesOf(wideFolder);
   if (!names) return failed(trace_, "removeAll", folder);
@@ -122,7 +124,7 @@ bool Files::removeAll(std::string_view folder) {
   return allGone;
 }
 
-std::unique_ptr<InputFile> Files::openInput(std::string_view path) {
+std::unique_ptr<InputFile> WindowsFiles::openInput(std::string_view path) {
   UniqueHandle handle = owned(CreateFileW(wide(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                                           OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
   if (handle) return std::make_unique<OpenFile>(std::move(handle), std::string(path), trace_);
@@ -130,16 +132,16 @@ std::unique_ptr<InputFile> Files::openInput(std::string_view path) {
   return nullptr;
 }
 
-bool Files::append(std::string_view path, std::string_view text) {
+bool WindowsFiles::append(std::string_view path, std::string_view text) {
   const UniqueHandle handle = owned(CreateFileW(wide(path).c_str(), FILE_APPEND_DATA, FILE_SHARE_READ, nullptr,
                                                 OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
   return (handle && writeAll(handle.get(), text)) || failed(trace_, "append", path);
 }
 
-bool Files::create(std::string_view path, std::string_view text, bool ownerOnly) {
+bool WindowsFiles::create(std::string_view path, std::string_view text, bool ownerOnly) {
   const std::wstring target = wide(path);
   const std::wstring temporary = temporaryBeside(target);
   return (createWith(temporary, text, ownerOnly) && replaceFile(temporary, target)) || failed(trace_, "create", path);
 }
 
-}  // namespace tellaxis::platform::windows
+}  // namespace tellaxis::platform

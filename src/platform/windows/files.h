@@ -4,11 +4,11 @@
 #include "platform/files.h"
 #include "platform/trace.h"
 
-namespace tellaxis::platform::windows {
+namespace tellaxis::platform {
 
-class Files : public platform::Files {
+class WindowsFiles : public Files {
  public:
-  explicit Files(Trace& trace) : trace_(trace) {}
+  explicit WindowsFiles(Trace& trace) : trace_(trace) {}
 
   bool exists(std::string_view path) override;
   std::optional<std::string> lookUp(std::string_view path) override;
@@ -27,4 +27,4 @@ class Files : public platform::Files {
   Trace& trace_;
 };
 
-}  // namespace tellaxis::platform::windows
+}  // namespace tellaxis::platform

@@ -8,10 +8,10 @@
 #include <charconv>
 #include <initializer_list>
 
-#include "platform/windows/file_operations.h"
-#include "platform/windows/native.h"
+#include "platform/windows/files/file_operations.h"
+#include "platform/windows/kernel/native.h"
 
-namespace tellaxis::platform::windows {
+namespace tellaxis::platform {
 
 namespace {
 
@@ -143,6 +143,6 @@ class WinInetClient : public FtpClient {
 
 }  // namespace
 
-std::unique_ptr<FtpClient> FtpClients::create() { return std::make_unique<WinInetClient>(trace_); }
+std::unique_ptr<FtpClient> WindowsFtpClients::create() { return std::make_unique<WinInetClient>(trace_); }
 
-}  // namespace tellaxis::platform::windows
+}  // namespace tellaxis::platform

@@ -4,11 +4,11 @@
 #include "platform/ftp_client.h"
 #include "platform/trace.h"
 
-namespace tellaxis::platform::windows {
+namespace tellaxis::platform {
 
-class FtpClients : public platform::FtpClients {
+class WindowsFtpClients : public FtpClients {
  public:
-  explicit FtpClients(Trace& trace) : trace_(trace) {}
+  explicit WindowsFtpClients(Trace& trace) : trace_(trace) {}
 
   std::unique_ptr<FtpClient> create() override;
 
@@ -16,4 +16,4 @@ class FtpClients : public platform::FtpClients {
   Trace& trace_;
 };
 
-}  // namespace tellaxis::platform::windows
+}  // namespace tellaxis::platform

@@ -3,9 +3,9 @@
 
 #include <oleauto.h>
 
-#include "platform/windows/native.h"
+#include "platform/windows/kernel/native.h"
 
-namespace tellaxis::platform::windows {
+namespace tellaxis::platform {
 
 namespace {
 
@@ -49,7 +49,7 @@ std::optional<LCID> regionCalled(std::string_view name) {
   return foundRegion;
 }
 
-Locale::Locale(LCID region, DWORD flags) : region_(region), flags_(flags) {
+WindowsLocale::WindowsLocale(LCID region, DWORD flags) : region_(region), flags_(flags) {
   const std::string decimal = text(LOCALE_SDECIMAL);
   const std::string group = text(LOCALE_STHOUSAND);
   if (!decimal.empty()) regional_.decimalSeparator = decimal.front();
@@ -61,9 +61,9 @@ Locale::Locale(LCID region, DWORD flags) : region_(region), flags_(flags) {
   if (!falseWord.empty()) regional_.falseWord = falseWord;
 }
 
-std::string Locale::text(LCTYPE type) const { return localeText(region_, type | flags_); }
+std::string WindowsLocale::text(LCTYPE type) const { return localeText(region_, type | flags_); }
 
-std::optional<std::int64_t> Locale::currency(std::string_view text) const {
+std::optional<std::int64_t> WindowsLocale::currency(std::string_view text) const {
   CY result;
   // The system takes the text to end at its first NUL.
   if (text.find('\0') != std::string_view::npos) return std::nullopt;
@@ -71,4 +71,4 @@ std::optional<std::int64_t> Locale::currency(std::string_view text) const {
   return result.int64;
 }
 
-}  // namespace tellaxis::platform::windows
+}  // namespace tellaxis::platform

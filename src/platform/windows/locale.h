@@ -7,24 +7,24 @@
 
 #include "platform/locale.h"
 
-namespace tellaxis::platform::windows {
+namespace tellaxis::platform {
 
 /// The number of the region called `name` ("it_IT"); nothing when the system does not know it.
 std::optional<LCID> regionCalled(std::string_view name);
 
-class Locale : public platform::Locale {
+class WindowsLocale : public Locale {
  public:
   /// The user's own settings, with what the user changed in them.
-  Locale() : Locale(LOCALE_USER_DEFAULT, 0) {}
+  WindowsLocale() : WindowsLocale(LOCALE_USER_DEFAULT, 0) {}
 
   /// A region's settings as the system has them.
-  explicit Locale(LCID region) : Locale(region, LOCALE_NOUSEROVERRIDE) {}
+  explicit WindowsLocale(LCID region) : WindowsLocale(region, LOCALE_NOUSEROVERRIDE) {}
 
   const RegionalSettings& regional() const override { return regional_; }
   std::optional<std::int64_t> currency(std::string_view text) const override;
 
  private:
-  Locale(LCID region, DWORD flags);
+  WindowsLocale(LCID region, DWORD flags);
 
   std::string text(LCTYPE type) const;
 
@@ -33,4 +33,4 @@ class Locale : public platform::Locale {
   RegionalSettings regional_;
 };
 
-}  // namespace tellaxis::platform::windows
+}  // namespace tellaxis::platform

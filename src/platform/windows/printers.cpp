@@ -1,53 +1,62 @@
-// Printers of Windows: EnumPrinters with ports.
+// Printers: the printer object of a Windows computer, from the devices file and the installed printers.
 #include "platform/windows/printers.h"
 
-#include <windows.h>
-// After windows.h, which it needs.
-#include <winspool.h>
+#include <string_view>
+#include <utility>
+#include <vector>
 
-#include <algorithm>
-#include <span>
+#include "platform/printing/escpos.h"
+#include "platform/printing/folder_printer.h"
+#include "platform/printing/streaming_printer.h"
+#include "platform/windows/printing/escpos_device.h"
+#include "platform/windows/printing/installed_printers.h"
+#include "platform/windows/printing/pictures.h"
 
-#include "platform/windows/native.h"
-
-namespace tellaxis::platform::windows {
+namespace tellaxis::platform {
 
 namespace {
 
-constexpr DWORD kinds = PRINTER_ENUM_LOCAL | PRINTER_ENUM_CONNECTIONS;
-constexpr DWORD withPorts = 2;
+/// Makes the back end of one printer of the devices file; null for a target that Windows does not have.
+struct BackEndMaker {
+  const InstalledPrinter& printer;
+  const std::string& mainFolder;
+  Trace& trace;
 
-std::string defaultPrinter() {
-  DWORD size = 0;
-  GetDefaultPrinterW(nullptr, &size);
-  std::wstring name(size, L'\0');
-  if (size == 0 || !GetDefaultPrinterW(name.data(), &size) || size == 0) return {};
-  return narrowForReading(name.substr(0, size - 1));
-}
+  using BackEnd = std::unique_ptr<PrinterBackEnd>;
+
+  BackEnd escPos(std::unique_ptr<ByteChannel> channel) const {
+    const BitmapReader readBitmap = [&log = trace](std::string_view file) { return readPixels(file, log); };
+    return std::make_unique<EscPosPrinter>(printer.DeviceName, readBitmap, std::move(channel), trace);
+  }
+  BackEnd operator()(const FolderTarget& target) const {
+    return std::make_unique<FolderPrinter>(underMainFolder(target.folder, mainFolder), nullptr, trace);
+  }
+  BackEnd operator()(const EscPosDeviceTarget& target) const {
+    const std::string path = isPortName(target.device) ? target.device : underMainFolder(target.device, mainFolder);
+    return escPos(openDeviceChannel(path, trace));
+  }
+  BackEnd operator()(const EscPosNetworkTarget& target) const {
+    return escPos(openNetworkChannel(target.host, target.port, trace));
+  }
+  BackEnd operator()(const QueueTarget&) const { return nullptr; }
+  BackEnd operator()(const EscPosQueueTarget&) const { return nullptr; }
+};
 
 }  // namespace
 
-std::optional<std::vector<InstalledPrinter>> InstalledPrinters::list() {
-  DWORD size = 0;
-  DWORD count = 0;
-  EnumPrintersW(kinds, nullptr, withPorts, nullptr, 0, &size, &count);
-  std::vector<PRINTER_INFO_2W> buffer(size / sizeof(PRINTER_INFO_2W) + 1);
-  if (!EnumPrintersW(kinds, nullptr, withPorts, reinterpret_cast<BYTE*>(buffer.data()), size, &size, &count)) {
-    failed(trace_, "EnumPrinters", "stampanti");
-    return std::nullopt;
+std::variant<std::unique_ptr<PrinterObject>, DevicesFileError> openPrinters(const DevicesFile& devices,
+                                                                            const std::string& file,
+                                                                            const std::string& mainFolder,
+                                                                            Trace& trace) {
+  std::vector<ListedPrinter> listed;
+  for (const PrinterDefinition& definition : devices.printers) {
+    auto backEnd = std::visit(BackEndMaker{definition.printer, mainFolder, trace}, definition.target);
+    if (!backEnd) return devicesFileError(file, definition.position, "le code CUPS non esistono su Windows");
+    listed.push_back({definition.printer, std::move(backEnd)});
   }
-  std::vector<InstalledPrinter> printers;
-  for (const PRINTER_INFO_2W& information : std::span(buffer.data(), count)) {
-    const auto text = [](const wchar_t* wideText) { return narrowForReading(wideText == nullptr ? L"" : wideText); };
-    printers.push_back({text(information.pPrinterName), text(information.pPortName)});
-  }
-  const std::string first = defaultPrinter();
-  std::ranges::stable_partition(printers, [&](const InstalledPrinter& printer) { return printer.DeviceName == first; });
-  return printers;
+  const auto picture = [&trace](std::string_view path) { return readPicture(path, trace); };
+  return std::make_unique<StreamingPrinter>(std::move(listed), std::make_unique<InstalledPrinters>(trace), picture,
+                                            trace);
 }
 
-std::unique_ptr<PrinterBackEnd> InstalledPrinters::backEnd(const InstalledPrinter& printer) {
-  return gdiBackEnd(printer.DeviceName, trace_);
-}
-
-}  // namespace tellaxis::platform::windows
+}  // namespace tellaxis::platform

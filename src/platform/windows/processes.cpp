@@ -3,9 +3,9 @@
 
 #include <optional>
 
-#include "platform/windows/native.h"
+#include "platform/windows/kernel/native.h"
 
-namespace tellaxis::platform::windows {
+namespace tellaxis::platform {
 
 namespace {
 
@@ -57,7 +57,7 @@ HANDLE native(ProcessHandle handle) { return reinterpret_cast<HANDLE>(handle); }
 
 }  // namespace
 
-ProcessId Processes::start(std::string_view commandLine, WindowStyle style) {
+ProcessId WindowsProcesses::start(std::string_view commandLine, WindowStyle style) {
   const Command command = split(wide(commandLine));
   const auto program = resolved(command.program);
   if (!program) {
@@ -82,19 +82,19 @@ ProcessId Processes::start(std::string_view commandLine, WindowStyle style) {
   return process.dwProcessId;
 }
 
-ProcessHandle Processes::open(ProcessId process) {
+ProcessHandle WindowsProcesses::open(ProcessId process) {
   const HANDLE handle = OpenProcess(SYNCHRONIZE, FALSE, process);
   if (handle == nullptr) failed(trace_, "OpenProcess", std::to_string(process));
   return reinterpret_cast<ProcessHandle>(handle);
 }
 
-bool Processes::wait(ProcessHandle handle) {
+bool WindowsProcesses::wait(ProcessHandle handle) {
   return WaitForSingleObject(native(handle), INFINITE) == WAIT_OBJECT_0 ||
          failed(trace_, "WaitForSingleObject", std::to_string(handle));
 }
 
-bool Processes::close(ProcessHandle handle) {
+bool WindowsProcesses::close(ProcessHandle handle) {
   return CloseHandle(native(handle)) || failed(trace_, "CloseHandle", std::to_string(handle));
 }
 
-}  // namespace tellaxis::platform::windows
+}  // namespace tellaxis::platform

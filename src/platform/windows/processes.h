@@ -4,11 +4,11 @@
 #include "platform/processes.h"
 #include "platform/trace.h"
 
-namespace tellaxis::platform::windows {
+namespace tellaxis::platform {
 
-class Processes : public platform::Processes {
+class WindowsProcesses : public Processes {
  public:
-  explicit Processes(Trace& trace) : trace_(trace) {}
+  explicit WindowsProcesses(Trace& trace) : trace_(trace) {}
 
   ProcessId start(std::string_view commandLine, WindowStyle style) override;
   ProcessHandle open(ProcessId process) override;
@@ -19,4 +19,4 @@ class Processes : public platform::Processes {
   Trace& trace_;
 };
 
-}  // namespace tellaxis::platform::windows
+}  // namespace tellaxis::platform

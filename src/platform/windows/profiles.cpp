@@ -1,9 +1,9 @@
 // Profiles of Windows: keys read and written by GetPrivateProfileStringA and WritePrivateProfileStringA.
 #include "platform/windows/profiles.h"
 
-#include "platform/windows/native.h"
+#include "platform/windows/kernel/native.h"
 
-namespace tellaxis::platform::windows {
+namespace tellaxis::platform {
 
 namespace {
 
@@ -20,8 +20,8 @@ class OptionalText {
 
 }  // namespace
 
-std::string Profiles::read(std::optional<std::string_view> section, std::optional<std::string_view> key,
-                           std::string_view fallback, std::size_t size, std::string_view file) {
+std::string WindowsProfiles::read(std::optional<std::string_view> section, std::optional<std::string_view> key,
+                                  std::string_view fallback, std::size_t size, std::string_view file) {
   // Without a name the system would read a file of its own.
   if (file.empty() || size == 0) return std::string(fallback.substr(0, size == 0 ? 0 : size - 1));
   std::string buffer(size, '\0');
@@ -32,8 +32,8 @@ std::string Profiles::read(std::optional<std::string_view> section, std::optiona
   return buffer;
 }
 
-bool Profiles::write(std::optional<std::string_view> section, std::optional<std::string_view> key,
-                     std::optional<std::string_view> value, std::string_view file) {
+bool WindowsProfiles::write(std::optional<std::string_view> section, std::optional<std::string_view> key,
+                            std::optional<std::string_view> value, std::string_view file) {
   if (file.empty()) return failed(trace_, "WritePrivateProfileString", file, "manca il nome del file");
   // The system takes an absent section for a request to empty its cache.
   if (!section) return failed(trace_, "WritePrivateProfileString", file, "manca la sezione");
@@ -42,4 +42,4 @@ bool Profiles::write(std::optional<std::string_view> section, std::optional<std:
          failed(trace_, "WritePrivateProfileString", file);
 }
 
-}  // namespace tellaxis::platform::windows
+}  // namespace tellaxis::platform

@@ -4,11 +4,11 @@
 #include "platform/profiles.h"
 #include "platform/trace.h"
 
-namespace tellaxis::platform::windows {
+namespace tellaxis::platform {
 
-class Profiles : public platform::Profiles {
+class WindowsProfiles : public Profiles {
  public:
-  explicit Profiles(Trace& trace) : trace_(trace) {}
+  explicit WindowsProfiles(Trace& trace) : trace_(trace) {}
 
   std::string read(std::optional<std::string_view> section, std::optional<std::string_view> key,
                    std::string_view fallback, std::size_t size, std::string_view file) override;
@@ -19,4 +19,4 @@ class Profiles : public platform::Profiles {
   Trace& trace_;
 };
 
-}  // namespace tellaxis::platform::windows
+}  // namespace tellaxis::platform

@@ -1,9 +1,9 @@
 // Serial ports of Windows: CreateFile, SetupComm, SetCommState and WriteFile.
 #include "platform/windows/serial_port.h"
 
-#include "platform/windows/native.h"
+#include "platform/windows/kernel/native.h"
 
-namespace tellaxis::platform::windows {
+namespace tellaxis::platform {
 
 namespace {
 
@@ -127,6 +127,6 @@ class ComLine : public SerialPort {
 
 }  // namespace
 
-std::unique_ptr<SerialPort> SerialPorts::create() { return std::make_unique<ComLine>(trace_); }
+std::unique_ptr<SerialPort> WindowsSerialPorts::create() { return std::make_unique<ComLine>(trace_); }
 
-}  // namespace tellaxis::platform::windows
+}  // namespace tellaxis::platform

@@ -4,11 +4,11 @@
 #include "platform/serial_port.h"
 #include "platform/trace.h"
 
-namespace tellaxis::platform::windows {
+namespace tellaxis::platform {
 
-class SerialPorts : public platform::SerialPorts {
+class WindowsSerialPorts : public SerialPorts {
  public:
-  explicit SerialPorts(Trace& trace) : trace_(trace) {}
+  explicit WindowsSerialPorts(Trace& trace) : trace_(trace) {}
 
   std::unique_ptr<SerialPort> create() override;
 
@@ -16,4 +16,4 @@ class SerialPorts : public platform::SerialPorts {
   Trace& trace_;
 };
 
-}  // namespace tellaxis::platform::windows
+}  // namespace tellaxis::platform

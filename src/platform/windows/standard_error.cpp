@@ -1,32 +1,21 @@
 // Standard error: a console takes UTF-16, everything else UTF-8.
-#include "platform/windows/standard_error.h"
+#include "platform/standard_error.h"
 
-#include "platform/windows/native.h"
+#include <windows.h>
 
-namespace tellaxis::platform::windows {
+#include <string>
 
-namespace {
+#include "platform/windows/kernel/native.h"
 
-std::wstring onOneLine(std::wstring_view text) {
-  std::wstring line;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text.substr(i, 2) == L"\r\n") continue;
-    const wchar_t c = text[i];
-    const bool blank = c == L'\r' || c == L'\n' || c == L'\t';
-    line += blank ? L' ' : c < L' ' || c == L'\x7F' ? L'?' : c;
-  }
-  return line + L"\r\n";
-}
+namespace tellaxis::platform {
 
-}  // namespace
-
-void writeErrorLine(std::string_view text) {
+void writeStandardError(std::string_view line) {
   const HANDLE error = GetStdHandle(STD_ERROR_HANDLE);
-  const std::wstring line = onOneLine(wide(text));
+  const std::wstring text = wide(line) + L"\r\n";
   DWORD written = 0;
-  if (WriteConsoleW(error, line.data(), static_cast<DWORD>(line.size()), &written, nullptr)) return;
-  const std::string bytes = utf8(line);
+  if (WriteConsoleW(error, text.data(), static_cast<DWORD>(text.size()), &written, nullptr)) return;
+  const std::string bytes = utf8(text);
   WriteFile(error, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
 }
 
-}  // namespace tellaxis::platform::windows
+}  // namespace tellaxis::platform

@@ -8,9 +8,9 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "platform/windows/native.h"
+#include "platform/windows/kernel/native.h"
 
-namespace tellaxis::platform::windows {
+namespace tellaxis::platform {
 
 namespace {
 
@@ -23,9 +23,9 @@ static_assert(offsetof(NOTIFYICONDATAA, szTip) + tipSize == 88);
 
 }  // namespace
 
-bool Tray::available() { return FindWindowA("Shell_TrayWnd", nullptr) != nullptr; }
+bool WindowsTray::available() { return FindWindowA("Shell_TrayWnd", nullptr) != nullptr; }
 
-bool Tray::notify(TrayAction action, const TrayRecord& record) {
+bool WindowsTray::notify(TrayAction action, const TrayRecord& record) {
   NOTIFYICONDATAA data = {};
   data.cbSize = record.size;
   data.hWnd = reinterpret_cast<HWND>(record.window);
@@ -37,4 +37,4 @@ bool Tray::notify(TrayAction action, const TrayRecord& record) {
   return Shell_NotifyIconA(static_cast<DWORD>(action), &data) || failed(trace_, "Shell_NotifyIcon", record.tip);
 }
 
-}  // namespace tellaxis::platform::windows
+}  // namespace tellaxis::platform

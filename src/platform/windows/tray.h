@@ -4,11 +4,11 @@
 #include "platform/trace.h"
 #include "platform/tray.h"
 
-namespace tellaxis::platform::windows {
+namespace tellaxis::platform {
 
-class Tray : public platform::Tray {
+class WindowsTray : public Tray {
  public:
-  explicit Tray(Trace& trace) : trace_(trace) {}
+  explicit WindowsTray(Trace& trace) : trace_(trace) {}
 
   bool available() override;
   bool notify(TrayAction action, const TrayRecord& record) override;
@@ -17,4 +17,4 @@ class Tray : public platform::Tray {
   Trace& trace_;
 };
 
-}  // namespace tellaxis::platform::windows
+}  // namespace tellaxis::platform

@@ -3,18 +3,15 @@
 
 #include <utility>
 
-#include "platform/windows/folder_identity.h"
-#include "platform/windows/native.h"
+#include "platform/windows/files/folder_identity.h"
+#include "platform/windows/kernel/native.h"
 
 namespace tellaxis::platform {
 
 namespace {
 
-using windows::owned;
-using windows::UniqueHandle;
-
 std::wstring nameOf(std::string_view mainFolder) {
-  return L"Local\\Tellaxis window " + windows::folderIdentity(windows::wideFromUtf8(mainFolder));
+  return L"Local\\Tellaxis window " + folderIdentity(wideFromUtf8(mainFolder));
 }
 
 class EventCall : public WindowCall {

@@ -5,6 +5,8 @@
 #include <charconv>
 #include <cstdint>
 
+#include "text/letter_case.h"
+
 namespace tellaxis::platform {
 
 namespace {
@@ -24,14 +26,9 @@ constexpr Scheme plain{.prefix = "", .url = "ftp://", .demandsTls = false};
 
 bool isLetterOrDigit(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9'); }
 
-bool startsWithIgnoringCase(std::string_view text, std::string_view beginning) {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-  return text.size() >= beginning.size() && std::ranges::equal(text.substr(0, beginning.size()), beginning, {}, lower);
-}
-
 const Scheme& schemeOf(std::string_view server) {
   for (const Scheme& scheme : schemes)
-    if (startsWithIgnoringCase(server, scheme.prefix)) return scheme;
+    if (equalIgnoringAsciiCase(server.substr(0, scheme.prefix.size()), scheme.prefix)) return scheme;
   return plain;
 }
 

@@ -1,0 +1,184 @@
+// Devices file: reading it from TOML, with every mistake named by line and column.
+#include "platform/devices_file.h"
+
+#include <algorithm>
+#include <charconv>
+#include <filesystem>
+#include <fstream>
+#include <initializer_list>
+#include <iterator>
+#include <optional>
+#include <utility>
+
+#define TOML_EXCEPTIONS 0
+#include <toml++/toml.h>
+
+#include "text/code_page.h"
+
+namespace tellaxis::platform {
+
+namespace {
+
+constexpr int highestSerialPort = 256;
+
+/// Carries a mistake up to the one place that makes a message of it.
+struct Mistake {
+  TextPosition position;
+  std::string reason;
+};
+
+TextPosition positionOf(const toml::source_region& source) { return {source.begin.line, source.begin.column}; }
+
+void refuseUnknownKeys(const toml::table& table, std::initializer_list<std::string_view> known) {
+  for (const auto& [key, value] : table)
+    if (std::find(known.begin(), known.end(), key.str()) == known.end())
+      throw Mistake{positionOf(key.source()), "chiave sconosciuta \"" + std::string(key.str()) + "\""};
+}
+
+const toml::node& required(const toml::table& table, std::string_view key) {
+  const toml::node* node = table.get(key);
+  if (node == nullptr) throw Mistake{positionOf(table.source()), "manca la chiave \"" + std::string(key) + "\""};
+  return *node;
+}
+
+std::string requiredText(const toml::table& table, std::string_view key) {
+  const toml::node& node = required(table, key);
+  const auto* text = node.as_string();
+  if (text == nullptr)
+    throw Mistake{positionOf(node.source()), "\"" + std::string(key) + "\" deve essere un testo fra virgolette"};
+  const bool hasControl = std::any_of(text->get().begin(), text->get().end(), [](char c) { return c >= 0 && c < ' '; });
+  if (text->get().empty() || hasControl)
+    throw Mistake{positionOf(node.source()), "\"" + std::string(key) + "\" non ha un valore utilizzabile"};
+  return text->get();
+}
+
+std::string codePageText(const toml::table& table, std::string_view key) {
+  const auto text = codePageFromUtf8(requiredText(table, key));
+  if (!text)
+    throw Mistake{positionOf(required(table, key).source()),
+                  "\"" + std::string(key) + "\" ha un carattere che le stampanti non conoscono"};
+  return *text;
+}
+
+/// Takes `prefix` from the front of `text`, where it is there and something follows.
+bool takePrefix(std::string_view& text, std::string_view prefix) {
+  if (!text.starts_with(prefix) || text.size() == prefix.size()) return false;
+  text.remove_prefix(prefix.size());
+  return true;
+}
+
+std::optional<PrinterTarget> networkTarget(std::string_view address) {
+  const std::size_t colon = address.rfind(':');
+  if (colon == std::string_view::npos || colon == 0) return std::nullopt;
+  std::string_view host = address.substr(0, colon);
+  const std::string_view number = address.substr(colon + 1);
+  if (host.size() > 2 && host.front() == '[' && host.back() == ']') host = host.substr(1, host.size() - 2);
+  std::uint16_t port = 0;
+  const auto result = std::from_chars(number.data(), number.data() + number.size(), port);
+  if (result.ec != std::errc{} || result.ptr != number.data() + number.size() || port == 0) return std::nullopt;
+  return EscPosNetworkTarget{std::string(host), port};
+}
+
+std::optional<PrinterTarget> targetFrom(std::string_view text) {
+  if (takePrefix(text, "folder:")) return FolderTarget{std::string(text)};
+  if (takePrefix(text, "cups:")) return QueueTarget{std::string(text)};
+  if (!takePrefix(text, "escpos:")) return std::nullopt;
+  if (takePrefix(text, "tcp://")) return networkTarget(text);
+  if (takePrefix(text, "cups:")) return EscPosQueueTarget{std::string(text)};
+  if (text == "cups:" || text.find("://") != std::string_view::npos) return std::nullopt;
+  return EscPosDeviceTarget{std::string(text)};
+}
+
+PrinterDefinition printerFrom(const toml::table& table) {
+  refuseUnknownKeys(table, {"name", "port", "target"});
+  InstalledPrinter printer{codePageText(table, "name"), codePageText(table, "port")};
+  const std::string text = requiredText(table, "target");
+  const TextPosition position = positionOf(required(table, "target").source());
+  auto target = targetFrom(text);
+  if (!target) throw Mistake{position, "destinazione sconosciuta \"" + text + "\""};
+  return {std::move(printer), std::move(*target), position};
+}
+
+SerialDefinition serialFrom(const toml::table& table, const std::vector<SerialDefinition>& before) {
+  refuseUnknownKeys(table, {"port", "device"});
+  const toml::node& node = required(table, "port");
+  const auto* number = node.as_integer();
+  if (number == nullptr || number->get() < 1 || number->get() > highestSerialPort)
+    throw Mistake{positionOf(node.source()), "\"port\" deve essere un numero da 1 a 256"};
+  const int port = static_cast<int>(number->get());
+  if (std::any_of(before.begin(), before.end(), [&](const SerialDefinition& other) { return other.port == port; }))
+    throw Mistake{positionOf(node.source()), "la porta " + std::to_string(port) + " è già definita"};
+  return {port, requiredText(table, "device")};
+}
+
+/// Calls `take` with each table of the array of tables `name`.
+template <class Take>
+void forEachTable(const toml::table& root, std::string_view name, Take take) {
+  const toml::node* node = root.get(name);
+  if (node == nullptr) return;
+  const toml::array* array = node->as_array();
+  if (array == nullptr)
+    throw Mistake{positionOf(node->source()), "si scrive [[" + std::string(name) + "]], con due parentesi"};
+  for (const toml::node& entry : *array) {
+    const toml::table* table = entry.as_table();
+    if (table == nullptr)
+      throw Mistake{positionOf(entry.source()), "si scrive [[" + std::string(name) + "]], con due parentesi"};
+    take(*table);
+  }
+}
+
+DevicesFile devicesFrom(const toml::table& root) {
+  refuseUnknownKeys(root, {"printer", "serial"});
+  DevicesFile devices;
+  forEachTable(root, "printer", [&](const toml::table& table) { devices.printers.push_back(printerFrom(table)); });
+  forEachTable(root, "serial", [&](const toml::table& table) {
+    devices.serialLines.push_back(serialFrom(table, devices.serialLines));
+  });
+  return devices;
+}
+
+std::filesystem::path pathOf(const std::string& utf8) {
+  return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
+}
+
+}  // namespace
+
+std::variant<DevicesFile, DevicesFileError> parseDevicesFile(std::string_view text, const std::string& file) {
+  const toml::parse_result parsed = toml::parse(text, file);
+  if (!parsed) return devicesFileError(file, positionOf(parsed.error().source()), "sintassi TOML non valida");
+  try {
+    return devicesFrom(parsed.table());
+  } catch (const Mistake& mistake) {
+    return devicesFileError(file, mistake.position, mistake.reason);
+  }
+}
+
+std::variant<DevicesFile, DevicesFileError> readDevicesFile(const std::string& file) {
+  std::ifstream stream(pathOf(file), std::ios::binary);
+  std::error_code ignored;
+  if (!stream || std::filesystem::is_directory(pathOf(file), ignored))
+    return DevicesFileError{file + ": il file non si può leggere"};
+  const std::string text{std::istreambuf_iterator<char>(stream), {}};
+  if (stream.bad()) return DevicesFileError{file + ": il file non si può leggere"};
+  return parseDevicesFile(text, file);
+}
+
+std::optional<std::string> devicesFileOf(const std::optional<std::string>& named, const std::string& mainFolder) {
+  if (named) return named;
+  std::string usual = underMainFolder("devices.toml", mainFolder);
+  std::error_code ignored;
+  if (!std::filesystem::exists(pathOf(usual), ignored)) return std::nullopt;
+  return usual;
+}
+
+DevicesFileError devicesFileError(const std::string& file, TextPosition position, std::string_view reason) {
+  return {file + ", riga " + std::to_string(position.line) + ", colonna " + std::to_string(position.column) + ": " +
+          std::string(reason)};
+}
+
+std::string underMainFolder(const std::string& path, const std::string& mainFolder) {
+  const std::u8string joined = (pathOf(mainFolder) / pathOf(path)).u8string();
+  return {joined.begin(), joined.end()};
+}
+
+}  // namespace tellaxis::platform

@@ -1,0 +1,89 @@
+// Devices file: the printers and serial lines that the user lists, with what stands behind each.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "platform/printers.h"
+
+namespace tellaxis::platform {
+
+/// Where in a text file something stands; both count from 1.
+struct TextPosition {
+  unsigned line = 1;
+  unsigned column = 1;
+};
+
+/// "folder:DIR": documents become files. The path is native, in UTF-8, and may be relative to the main folder.
+struct FolderTarget {
+  std::string folder;
+};
+
+/// "cups:QUEUE": documents become page jobs of that queue.
+struct QueueTarget {
+  std::string queue;
+};
+
+/// "escpos:DEVICE": receipt-printer commands, written to a device. Paths as for folders.
+struct EscPosDeviceTarget {
+  std::string device;
+};
+
+/// "escpos:tcp://HOST:PORT".
+struct EscPosNetworkTarget {
+  std::string host;
+  std::uint16_t port = 0;
+};
+
+/// "escpos:cups:QUEUE": receipt-printer commands as raw jobs of that queue.
+struct EscPosQueueTarget {
+  std::string queue;
+};
+
+using PrinterTarget =
+    std::variant<FolderTarget, QueueTarget, EscPosDeviceTarget, EscPosNetworkTarget, EscPosQueueTarget>;
+
+/// A `[[printer]]`; name and port in code page 1252.
+struct PrinterDefinition {
+  InstalledPrinter printer;
+  PrinterTarget target;
+  TextPosition position;  ///< of the target
+};
+
+/// A `[[serial]]`: where COM `port` is; the device's path in UTF-8.
+struct SerialDefinition {
+  int port = 0;
+  std::string device;
+};
+
+struct DevicesFile {
+  std::vector<PrinterDefinition> printers;
+  std::vector<SerialDefinition> serialLines;
+};
+
+/// One Italian line, in UTF-8, that names the file and where it matters the line and column.
+struct DevicesFileError {
+  std::string message;
+};
+
+/// Reads the devices file at the native path `file` (UTF-8).
+std::variant<DevicesFile, DevicesFileError> readDevicesFile(const std::string& file);
+
+/// The devices file `named`, or without one that of `mainFolder` where it is there; native paths, in UTF-8. Nothing:
+/// there is none.
+std::optional<std::string> devicesFileOf(const std::optional<std::string>& named, const std::string& mainFolder);
+
+/// The same for the file's text.
+std::variant<DevicesFile, DevicesFileError> parseDevicesFile(std::string_view text, const std::string& file);
+
+/// The message for something at `position` of `file` that cannot be used.
+DevicesFileError devicesFileError(const std::string& file, TextPosition position, std::string_view reason);
+
+/// `path` as it is where it is absolute, else under `mainFolder`; all native, in UTF-8.
+std::string underMainFolder(const std::string& path, const std::string& mainFolder);
+
+}  // namespace tellaxis::platform

@@ -1,8 +1,0 @@
-// CUPS library: its one visible function.
-#include "platform/linux/cups/cups_library.h"
-
-const tellaxis::platform::CupsLibrary* tellaxisCupsLibrary() {
-  static constexpr tellaxis::platform::CupsLibrary library{&tellaxis::platform::listCupsQueues,
-                                                           &tellaxis::platform::sendCupsJob};
-  return &library;
-}

@@ -1,0 +1,34 @@
+// Folder: reading the entries of a folder in big pieces.
+#pragma once
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <string>
+
+#include "platform/linux/kernel/descriptor.h"
+
+namespace tellaxis::platform {
+
+inline Descriptor openFolder(const std::string& native) {
+  return Descriptor(::open(native.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+}
+
+/// Calls `take` with each entry of an open folder, "." and ".." too. False, with `errno`, when it could not be read.
+template <class Take>
+bool readFolder(const Descriptor& folder, Take take) {
+  constexpr std::size_t size = 32 * 1024;
+  alignas(dirent64) char buffer[size];
+  for (;;) {
+    const ssize_t got = ::getdents64(folder.number(), buffer, size);
+    if (got <= 0) return got == 0;
+    for (ssize_t position = 0; position < got;) {
+      const auto* entry = reinterpret_cast<const dirent64*>(buffer + position);
+      take(*entry);
+      position += entry->d_reclen;
+    }
+  }
+}
+
+}  // namespace tellaxis::platform

@@ -1,0 +1,13 @@
+// Loaded library: what only some computers, or only now and then, need.
+#pragma once
+
+#include "platform/trace.h"
+
+namespace tellaxis::platform {
+
+/// What the function `entry` of the shared library `file` returns; null when it cannot be loaded, which is reported to
+/// the trace. Looked for beside the program, as built, and in the folder of libraries, as installed. The library stays
+/// loaded: what it is linked with cannot be unloaded.
+const void* loadLibrary(const char* file, const char* entry, Trace& trace);
+
+}  // namespace tellaxis::platform

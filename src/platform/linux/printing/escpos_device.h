@@ -1,0 +1,26 @@
+// ESC/POS device: bytes into a device node or a printer on the network.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "platform/printing/escpos.h"
+#include "platform/trace.h"
+
+namespace tellaxis::platform {
+
+/// How long a printer may take no byte before it counts as failed.
+inline constexpr std::chrono::milliseconds printerPatience{10'000};
+
+/// The device node at a native path, opened for each document. The signal for a broken pipe must be ignored.
+std::unique_ptr<ByteChannel> openDeviceChannel(std::string path, Trace& trace,
+                                               std::chrono::milliseconds patience = printerPatience);
+
+/// A printer that takes bytes on a TCP port, connected to for each document. The document is handed over when the
+/// printer's side has acknowledged all of it.
+std::unique_ptr<ByteChannel> openNetworkChannel(const std::string& host, std::uint16_t port, Trace& trace,
+                                                std::chrono::milliseconds patience = printerPatience);
+
+}  // namespace tellaxis::platform

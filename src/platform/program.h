@@ -1,0 +1,30 @@
+// Program: what a program knows of itself: its arguments, its folder, and whether it is asked to end.
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+namespace tellaxis::platform {
+
+/// The words after the program's name on its command line, in UTF-8 whatever the system passes on. From here on a
+/// console shows what the program prints as UTF-8.
+std::vector<std::string> programArguments(int count, char** words);
+
+/// Native path of the folder that holds this program, without a trailing separator.
+std::string programFolder();
+
+/// Requests to end: SIGINT and SIGTERM, Ctrl-C, the console's close. From construction on they only set a mark;
+/// a second one ends the program at once.
+class StopRequest {
+ public:
+  StopRequest();
+  ~StopRequest();
+  StopRequest(const StopRequest&) = delete;
+  StopRequest& operator=(const StopRequest&) = delete;
+
+  /// Waits up to `duration` and returns true as soon as somebody asked to stop.
+  bool waitFor(std::chrono::milliseconds duration);
+};
+
+}  // namespace tellaxis::platform

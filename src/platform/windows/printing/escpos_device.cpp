@@ -1,0 +1,198 @@
+// ESC/POS device: writing without ever waiting longer than the printer may be silent.
+#include "platform/windows/printing/escpos_device.h"
+
+#include <winsock2.h>
+// After winsock2.h, which replaces a part of it.
+#include <windows.h>
+#include <ws2tcpip.h>
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "platform/windows/kernel/native.h"
+#include "text/code_page.h"
+
+namespace tellaxis::platform {
+
+namespace {
+
+constexpr DWORD patience = 10'000;  // milliseconds
+constexpr std::string_view silentPrinter = "la stampante non accetta dati";
+
+using Reason = std::optional<std::string>;
+
+/// Reads the document block by block; `write` takes one and returns a reason where it could not.
+template <class Write>
+Reason sendBlocks(Spool& document, Write write) {
+  std::vector<char> block(std::size_t{16} * 1024);
+  while (const std::size_t got = document.read(block))
+    if (Reason reason = write(std::string_view(block.data(), got))) return reason;
+  if (document.failed()) return "il documento non si pu\xF2 rileggere";
+  return std::nullopt;
+}
+
+class Channel : public ByteChannel {
+ public:
+  Channel(std::string subject, Trace& trace) : subject_(std::move(subject)), trace_(trace) {}
+
+  bool send(Spool& document) override {
+    const Reason reason = sendTo(document);
+    return !reason || failed(trace_, "EndDoc", subject_, *reason);
+  }
+
+ private:
+  virtual Reason sendTo(Spool& document) = 0;
+
+  std::string subject_;
+  Trace& trace_;
+};
+
+class DeviceChannel final : public Channel {
+ public:
+  DeviceChannel(const std::string& path, Trace& trace)
+      : Channel(nearestCodePage(path), trace),
+        isPort_(isPortName(path)),
+        path_(isPort_ ? L"\\\\.\\" + wideFromUtf8(path) : wideFromUtf8(path)) {}
+
+ private:
+  Reason sendTo(Spool& document) override {
+    const UniqueHandle device =
+        owned(CreateFileW(path_.c_str(), isPort_ ? GENERIC_WRITE : FILE_APPEND_DATA, isPort_ ? 0 : FILE_SHARE_READ,
+                          nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!device) return systemReason(GetLastError());
+    COMMTIMEOUTS timeouts = {};
+    timeouts.WriteTotalTimeoutConstant = patience;
+    if (isPort_) SetCommTimeouts(device.get(), &timeouts);
+    return sendBlocks(document, [&](std::string_view bytes) -> Reason {
+      while (!bytes.empty()) {
+        DWORD written = 0;
+        if (!WriteFile(device.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) && written == 0)
+          return systemReason(GetLastError());
+        if (written == 0) return std::string(silentPrinter);
+        bytes.remove_prefix(written);
+      }
+      return std::nullopt;
+    });
+  }
+
+  bool isPort_;
+  std::wstring path_;
+};
+
+std::string socketReason() { return systemReason(static_cast<DWORD>(WSAGetLastError())); }
+
+/// A socket that is closed with its owner.
+class Socket {
+ public:
+  explicit Socket(const addrinfo& address)
+      : socket_(socket(address.ai_family, address.ai_socktype, address.ai_protocol)) {}
+  ~Socket() {
+    if (socket_ != INVALID_SOCKET) closesocket(socket_);
+  }
+  Socket(const Socket&) = delete;
+  Socket& operator=(const Socket&) = delete;
+
+  Reason connectTo(const addrinfo& address) const {
+    if (socket_ == INVALID_SOCKET) return socketReason();
+    u_long waits = 1;
+    ioctlsocket(socket_, FIONBIO, &waits);
+    if (connect(socket_, address.ai_addr, static_cast<int>(address.ai_addrlen)) != 0 &&
+        WSAGetLastError() != WSAEWOULDBLOCK)
+      return socketReason();
+    if (Reason reason = waitUntilConnected()) return reason;
+    waits = 0;
+    ioctlsocket(socket_, FIONBIO, &waits);
+    const DWORD timeout = patience;
+    setsockopt(socket_, SOL_SOCKET, SO_SNDTIMEO, reinterpret_cast<const char*>(&timeout), sizeof timeout);
+    return std::nullopt;
+  }
+
+  Reason write(std::string_view bytes) const {
+    while (!bytes.empty()) {
+      const int sent = ::send(socket_, bytes.data(), static_cast<int>(bytes.size()), 0);
+      if (sent <= 0) return WSAGetLastError() == WSAETIMEDOUT ? std::string(silentPrinter) : socketReason();
+      bytes.remove_prefix(static_cast<std::size_t>(sent));
+    }
+    return std::nullopt;
+  }
+
+  /// Waits until the other side has all bytes.
+  Reason finish() {
+    const linger lingering = {1, patience / 1000};
+    setsockopt(socket_, SOL_SOCKET, SO_LINGER, reinterpret_cast<const char*>(&lingering), sizeof lingering);
+    shutdown(socket_, SD_SEND);
+    const bool closed = closesocket(std::exchange(socket_, INVALID_SOCKET)) == 0;
+    return closed ? Reason() : Reason(silentPrinter);
+  }
+
+ private:
+  Reason waitUntilConnected() const {
+    fd_set connected = {1, {socket_}};
+    fd_set refused = {1, {socket_}};
+    timeval limit = {patience / 1000, 0};
+    const int ready = select(0, nullptr, &connected, &refused, &limit);
+    if (ready == 0) return std::string(silentPrinter);
+    if (ready > 0 && connected.fd_count > 0) return std::nullopt;
+    int error = WSAGetLastError();
+    int size = sizeof error;
+    getsockopt(socket_, SOL_SOCKET, SO_ERROR, reinterpret_cast<char*>(&error), &size);
+    return systemReason(static_cast<DWORD>(error));
+  }
+
+  SOCKET socket_;
+};
+
+class NetworkChannel final : public Channel {
+ public:
+  NetworkChannel(const std::string& host, std::uint16_t port, Trace& trace)
+      : Channel(nearestCodePage(host) + ":" + std::to_string(port), trace), host_(host), port_(port) {
+    WSADATA data;
+    WSAStartup(MAKEWORD(2, 2), &data);
+  }
+  ~NetworkChannel() override { WSACleanup(); }
+  NetworkChannel(const NetworkChannel&) = delete;
+  NetworkChannel& operator=(const NetworkChannel&) = delete;
+
+ private:
+  Reason sendTo(Spool& document) override {
+    addrinfo hints = {};
+    hints.ai_socktype = SOCK_STREAM;
+    addrinfo* found = nullptr;
+    if (getaddrinfo(host_.c_str(), std::to_string(port_).c_str(), &hints, &found) != 0) return socketReason();
+    const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> addresses(found, &freeaddrinfo);
+    Reason reason = "l'indirizzo non esiste";
+    for (const addrinfo* address = found; address != nullptr; address = address->ai_next) {
+      Socket connection(*address);
+      reason = connection.connectTo(*address);
+      if (reason) continue;
+      reason = sendBlocks(document, [&](std::string_view bytes) { return connection.write(bytes); });
+      return reason ? reason : connection.finish();
+    }
+    return reason;
+  }
+
+  std::string host_;
+  std::uint16_t port_;
+};
+
+}  // namespace
+
+bool isPortName(const std::string& path) {
+  const std::wstring name = wideFromUtf8(path);
+  const bool known =
+      name.size() > 3 && (CompareStringW(LOCALE_INVARIANT, NORM_IGNORECASE, name.data(), 3, L"COM", 3) == CSTR_EQUAL ||
+                          CompareStringW(LOCALE_INVARIANT, NORM_IGNORECASE, name.data(), 3, L"LPT", 3) == CSTR_EQUAL);
+  return known && name.find_first_not_of(L"0123456789", 3) == std::wstring::npos;
+}
+
+std::unique_ptr<ByteChannel> openDeviceChannel(std::string path, Trace& trace) {
+  return std::make_unique<DeviceChannel>(path, trace);
+}
+
+std::unique_ptr<ByteChannel> openNetworkChannel(std::string host, std::uint16_t port, Trace& trace) {
+  return std::make_unique<NetworkChannel>(host, port, trace);
+}
+
+}  // namespace tellaxis::platform

@@ -1,0 +1,23 @@
+// ESC/POS device: bytes into a COM or LPT port, a file, or a printer on the network.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "platform/printing/escpos.h"
+#include "platform/trace.h"
+
+namespace tellaxis::platform {
+
+/// A port by its name ("COM3", "LPT1") or an existing file at a native path (UTF-8), opened for each document. A port
+/// that takes no byte for 10 s counts as failed.
+std::unique_ptr<ByteChannel> openDeviceChannel(std::string path, Trace& trace);
+
+/// A printer that takes bytes on a TCP port, connected to for each document.
+std::unique_ptr<ByteChannel> openNetworkChannel(std::string host, std::uint16_t port, Trace& trace);
+
+/// True for the name of a COM or LPT port.
+bool isPortName(const std::string& path);
+
+}  // namespace tellaxis::platform

@@ -1,0 +1,69 @@
+// Program: its arguments and folder as the system tells them, and console events as requests to stop.
+#include "platform/program.h"
+
+#include <windows.h>
+// After windows.h, which it needs.
+#include <shellapi.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <memory>
+
+#include "platform/windows/kernel/native.h"
+
+namespace tellaxis::platform {
+
+namespace {
+
+/// Set by the first request to stop; the system's own thread comes to `consoleEvent`.
+std::atomic<HANDLE> stopRequested = nullptr;
+
+/// The console outlives the program and gets back what it had.
+UINT formerConsoleCodePage = 0;
+
+BOOL WINAPI consoleEvent(DWORD kind) {
+  const HANDLE requested = stopRequested;
+  const bool second = requested == nullptr || WaitForSingleObject(requested, 0) == WAIT_OBJECT_0;
+  if (second) return FALSE;
+  SetEvent(requested);
+  // When the console closes or the user leaves, the system ends the program as soon as this returns.
+  if (kind != CTRL_C_EVENT && kind != CTRL_BREAK_EVENT) Sleep(INFINITE);
+  return TRUE;
+}
+
+}  // namespace
+
+std::vector<std::string> programArguments(int /*count*/, char** /*words*/) {
+  // What main gets has been through the machine's own code page, and patterns in it have been expanded.
+  int count = 0;
+  const std::unique_ptr<wchar_t*, decltype(&LocalFree)> words(CommandLineToArgvW(GetCommandLineW(), &count), LocalFree);
+  std::vector<std::string> arguments;
+  for (int i = 1; i < count; ++i) arguments.push_back(utf8(words.get()[i]));
+  formerConsoleCodePage = GetConsoleOutputCP();
+  if (SetConsoleOutputCP(CP_UTF8)) std::atexit([] { SetConsoleOutputCP(formerConsoleCodePage); });
+  return arguments;
+}
+
+std::string programFolder() {
+  std::wstring path(32'768, L'\0');
+  path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
+  const std::size_t separator = path.find_last_of(L'\\');
+  return utf8(path.substr(0, separator));
+}
+
+StopRequest::StopRequest() {
+  stopRequested = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+  SetConsoleCtrlHandler(consoleEvent, TRUE);
+}
+
+StopRequest::~StopRequest() {
+  SetConsoleCtrlHandler(consoleEvent, FALSE);
+  CloseHandle(stopRequested.exchange(nullptr));
+}
+
+bool StopRequest::waitFor(std::chrono::milliseconds duration) {
+  const auto milliseconds = duration.count() > 0 ? static_cast<DWORD>(duration.count()) : 0;
+  return WaitForSingleObject(stopRequested, milliseconds) == WAIT_OBJECT_0;
+}
+
+}  // namespace tellaxis::platform

@@ -1,0 +1,180 @@
+// Tests of one copy a main folder, of requests to stop, and of what is written at the terminal.
+#include "platform/instance.h"
+#include "platform/program.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <sys/file.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <functional>
+#include <thread>
+
+#include "platform/console/dialogs.h"
+#include "platform/console/trace.h"
+#include "platform/console/tray.h"
+#include "platform/temporary_folder.h"
+#include "platform/trace_log.h"
+
+namespace tellaxis::platform {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+/// Runs `work` in a process of its own and gives its exit status, or minus the signal that ended it.
+int inAnotherProcess(const std::function<int()>& work) {
+  const pid_t child = ::fork();
+  if (child == 0) ::_exit(work());
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
+int lockable(const std::string& folder) { return lockMainFolder(folder) != nullptr ? 1 : 0; }
+
+TEST(MainFolderLock, IsRefusedToASecondCopyHoweverTheFolderIsSpelled) {
+  test::TemporaryFolder folder;
+  fs::create_directories(folder.path("main"));
+  fs::create_directories(folder.path("other"));
+  fs::create_symlink("main", folder.path("link"));
+  const auto lock = lockMainFolder(folder / "main");
+  ASSERT_NE(lock, nullptr);
+  for (const char* spelling : {"main", "main/", "link", "other/../main", "./main"})
+    EXPECT_EQ(inAnotherProcess([&] { return lockable(folder / spelling); }), 0) << spelling;
+  EXPECT_EQ(lockMainFolder(folder / "main"), nullptr) << "within one process too";
+  EXPECT_EQ(inAnotherProcess([&] { return lockable(folder / "other"); }), 1);
+}
+
+TEST(MainFolderLock, IsFreeAgainWhenItsHolderIsGone) {
+  test::TemporaryFolder folder;
+  EXPECT_EQ(inAnotherProcess([&] {
+              const auto lock = lockMainFolder(folder / "");
+              if (lock) ::raise(SIGKILL);
+              return 0;
+            }),
+            -SIGKILL);
+  { EXPECT_NE(lockMainFolder(folder / ""), nullptr); }
+  EXPECT_NE(lockMainFolder(folder / ""), nullptr);
+}
+
+TEST(MainFolderLock, LeavesNothingButOneHiddenFile) {
+  test::TemporaryFolder folder;
+  { const auto lock = lockMainFolder(folder / ""); }
+  EXPECT_THAT(folder.names(), testing::ElementsAre(".tellaxis.lock"));
+}
+
+TEST(MainFolderLock, IsNotInTheWayOfALockOnTheFolderItself) {
+  test::TemporaryFolder folder;
+  const auto lock = lockMainFolder(folder / "");
+  const int opened = ::open((folder / "").c_str(), O_RDONLY | O_DIRECTORY);
+  EXPECT_EQ(::flock(opened, LOCK_EX | LOCK_NB), 0);
+  ::close(opened);
+}
+
+TEST(MainFolderLock, WorksForEveryUser) {
+  if (::geteuid() != 0) GTEST_SKIP() << "needs two users";
+  test::TemporaryFolder folder;
+  const auto lock = lockMainFolder(folder / "");
+  EXPECT_EQ(inAnotherProcess([&] {
+              if (::setuid(65534) != 0) return 2;
+              return lockable(folder / "");
+            }),
+            0);
+}
+
+TEST(MainFolderLock, WorksInAFolderThatCannotBeWritten) {
+  if (::geteuid() != 0) GTEST_SKIP() << "needs two users";
+  test::TemporaryFolder folder;
+  fs::permissions(folder.path(""), fs::perms(0555));
+  EXPECT_EQ(inAnotherProcess([&] {
+              if (::setuid(65534) != 0) return 2;
+              const auto lock = lockMainFolder(folder / "");
+              return lock != nullptr && lockMainFolder(folder / "") == nullptr ? 1 : 0;
+            }),
+            1);
+  EXPECT_TRUE(folder.names().empty());
+}
+
+TEST(StopRequest, IsNoticedAtOnceAndStays) {
+  for (const int stopSignal : {SIGINT, SIGTERM, SIGHUP}) {
+    EXPECT_EQ(inAnotherProcess([&] {
+                StopRequest stop;
+                if (stop.waitFor(1ms)) return 1;
+                const pid_t self = ::getpid();
+                std::thread asker([&] {
+                  std::this_thread::sleep_for(20ms);
+                  ::kill(self, stopSignal);
+                });
+                const auto start = std::chrono::steady_clock::now();
+                const bool asked = stop.waitFor(10s);
+                const bool quick = std::chrono::steady_clock::now() - start < 5s;
+                asker.join();
+                return asked && quick && stop.waitFor(0ms) ? 0 : 2;
+              }),
+              0);
+  }
+}
+
+TEST(StopRequest, ASecondSignalEndsTheProgram) {
+  EXPECT_EQ(inAnotherProcess([] {
+              StopRequest stop;
+              ::raise(SIGINT);
+              ::raise(SIGTERM);
+              return 0;
+            }),
+            -SIGTERM);
+}
+
+TEST(StopRequest, WaitsNoLongerThanAsked) {
+  StopRequest stop;
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_FALSE(stop.waitFor(30ms));
+  EXPECT_FALSE(stop.waitFor(-5ms));
+  const auto waited = std::chrono::steady_clock::now() - start;
+  EXPECT_GE(waited, 30ms);
+  EXPECT_LT(waited, 2s);
+}
+
+TEST(StopRequest, PutsTheSignalsBackWhenItIsGone) {
+  EXPECT_EQ(inAnotherProcess([] {
+              { StopRequest stop; }
+              ::raise(SIGTERM);
+              return 0;
+            }),
+            -SIGTERM);
+}
+
+TEST(ProgramFolder, HoldsThisProgram) {
+  EXPECT_EQ(programFolder(), fs::read_symlink("/proc/self/exe").parent_path().string());
+}
+
+TEST(Terminal, AFailingStepIsOneLineInUtf8) {
+  testing::internal::CaptureStderr();
+  ErrorTrace().failed("move", "C:\\caff\xE8\\a\r\nb", "esiste gi\xE0");
+  NoTrace().failed("move", "x", "y");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "passo fallito: move C:\\caffè\\a b: esiste già\n");
+}
+
+TEST(Terminal, AMessageIsOneLineAndIsAnswered) {
+  testing::internal::CaptureStderr();
+  ConsoleDialogs dialogs;
+  EXPECT_EQ(dialogs.show("Stampante NON trovata\r\n\"\x80\"", "Tellaxis", Buttons::ok), Answer::ok);
+  EXPECT_EQ(dialogs.show("Chiudere il programma", "Tellaxis", Buttons::yesNo), Answer::yes);
+  dialogs.processEvents();
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "Tellaxis: Stampante NON trovata \"€\"\nTellaxis: Chiudere il programma\n");
+}
+
+TEST(Terminal, HasNoPlaceForAnIcon) {
+  test::TraceLog trace;
+  NoTray tray(trace);
+  EXPECT_FALSE(tray.available());
+  EXPECT_FALSE(tray.notify(TrayAction::add, {}));
+  EXPECT_THAT(trace.lines, testing::SizeIs(1));
+}
+
+}  // namespace
+}  // namespace tellaxis::platform
