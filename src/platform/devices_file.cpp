@@ -20,6 +20,7 @@ namespace tellaxis::platform {
 namespace {
 
 constexpr int highestSerialPort = 256;
+constexpr int highestKeepDays = 36'500;
 
 /// Carries a mistake up to the one place that makes a message of it.
 struct Mistake {
@@ -41,8 +42,7 @@ const toml::node& required(const toml::table& table, std::string_view key) {
   return *node;
 }
 
-std::string requiredText(const toml::table& table, std::string_view key) {
-  const toml::node& node = required(table, key);
+std::string textOf(const toml::node& node, std::string_view key) {
   const auto* text = node.as_string();
   if (text == nullptr)
     throw Mistake{positionOf(node.source()), "\"" + std::string(key) + "\" deve essere un testo fra virgolette"};
@@ -50,6 +50,33 @@ std::string requiredText(const toml::table& table, std::string_view key) {
   if (text->get().empty() || hasControl)
     throw Mistake{positionOf(node.source()), "\"" + std::string(key) + "\" non ha un valore utilizzabile"};
   return text->get();
+}
+
+std::string requiredText(const toml::table& table, std::string_view key) { return textOf(required(table, key), key); }
+
+/// The text of `key`; empty where the key is absent.
+std::string optionalText(const toml::table& table, std::string_view key) {
+  const toml::node* node = table.get(key);
+  return node == nullptr ? std::string() : textOf(*node, key);
+}
+
+/// Whether `key` is switched on.
+bool isOn(const toml::table& table, std::string_view key) {
+  const toml::node* node = table.get(key);
+  if (node == nullptr) return false;
+  const auto* boolean = node->as_boolean();
+  if (boolean == nullptr)
+    throw Mistake{positionOf(node->source()), "\"" + std::string(key) + "\" deve essere true o false"};
+  return boolean->get();
+}
+
+/// The number of `node`, which has to be one from 1 to `highest`.
+int numberOf(const toml::node& node, std::string_view key, int highest) {
+  const auto* number = node.as_integer();
+  if (number == nullptr || number->get() < 1 || number->get() > highest)
+    throw Mistake{positionOf(node.source()),
+                  "\"" + std::string(key) + "\" deve essere un numero da 1 a " + std::to_string(highest)};
+  return static_cast<int>(number->get());
 }
 
 std::string codePageText(const toml::table& table, std::string_view key) {
@@ -90,25 +117,51 @@ std::optional<PrinterTarget> targetFrom(std::string_view text) {
 }
 
 PrinterDefinition printerFrom(const toml::table& table) {
-  refuseUnknownKeys(table, {"name", "port", "target"});
+  refuseUnknownKeys(table, {"name", "port", "target", "wait_for_paper"});
   InstalledPrinter printer{codePageText(table, "name"), codePageText(table, "port")};
   const std::string text = requiredText(table, "target");
   const TextPosition position = positionOf(required(table, "target").source());
   auto target = targetFrom(text);
   if (!target) throw Mistake{position, "destinazione sconosciuta \"" + text + "\""};
-  return {std::move(printer), std::move(*target), position};
+  return {std::move(printer), std::move(*target), position, isOn(table, "wait_for_paper")};
 }
 
 SerialDefinition serialFrom(const toml::table& table, const std::vector<SerialDefinition>& before) {
   refuseUnknownKeys(table, {"port", "device"});
   const toml::node& node = required(table, "port");
-  const auto* number = node.as_integer();
-  if (number == nullptr || number->get() < 1 || number->get() > highestSerialPort)
-    throw Mistake{positionOf(node.source()), "\"port\" deve essere un numero da 1 a 256"};
-  const int port = static_cast<int>(number->get());
+  const int port = numberOf(node, "port", highestSerialPort);
   if (std::any_of(before.begin(), before.end(), [&](const SerialDefinition& other) { return other.port == port; }))
     throw Mistake{positionOf(node.source()), "la porta " + std::to_string(port) + " è già definita"};
   return {port, requiredText(table, "device")};
+}
+
+/// Refuses `key` where the diary, without which it means nothing, is off.
+void refuseWithoutDiary(const toml::table& table, std::string_view key) {
+  const toml::node* node = table.get(key);
+  if (node != nullptr && !table.contains("diary"))
+    throw Mistake{positionOf(node->source()), "\"" + std::string(key) + "\" vale solo insieme a \"diary\""};
+}
+
+std::string roleFrom(const toml::table& table) {
+  std::string role = optionalText(table, "role");
+  if (!role.empty() && role != "SERVER" && role != "CLIENT")
+    throw Mistake{positionOf(required(table, "role").source()), "\"role\" deve essere \"SERVER\" o \"CLIENT\""};
+  return role;
+}
+
+BridgeOptions optionsFrom(const toml::table& table) {
+  refuseUnknownKeys(table, {"diary", "keep_days", "archive", "keep_waiting", "prompt", "midnight", "metrics", "role"});
+  BridgeOptions options;
+  options.diary = optionalText(table, "diary");
+  if (const toml::node* days = table.get("keep_days")) options.keepDays = numberOf(*days, "keep_days", highestKeepDays);
+  options.archive = isOn(table, "archive");
+  for (const std::string_view key : {"keep_days", "archive"}) refuseWithoutDiary(table, key);
+  options.keepWaiting = isOn(table, "keep_waiting");
+  options.prompt = isOn(table, "prompt");
+  options.midnight = isOn(table, "midnight");
+  options.metrics = optionalText(table, "metrics");
+  options.role = roleFrom(table);
+  return options;
 }
 
 /// Calls `take` with each table of the array of tables `name`.
@@ -128,12 +181,16 @@ void forEachTable(const toml::table& root, std::string_view name, Take take) {
 }
 
 DevicesFile devicesFrom(const toml::table& root) {
-  refuseUnknownKeys(root, {"printer", "serial"});
+  refuseUnknownKeys(root, {"printer", "serial", "bridge"});
   DevicesFile devices;
   forEachTable(root, "printer", [&](const toml::table& table) { devices.printers.push_back(printerFrom(table)); });
   forEachTable(root, "serial", [&](const toml::table& table) {
     devices.serialLines.push_back(serialFrom(table, devices.serialLines));
   });
+  if (const toml::node* bridge = root.get("bridge")) {
+    if (!bridge->is_table()) throw Mistake{positionOf(bridge->source()), "si scrive [bridge], con una parentesi sola"};
+    devices.options = optionsFrom(*bridge->as_table());
+  }
   return devices;
 }
 

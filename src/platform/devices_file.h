@@ -1,4 +1,4 @@
-// Devices file: the printers and serial lines that the user lists, with what stands behind each.
+// Devices file: the printers and serial lines that the user lists, with what stands behind each, and the options.
 #pragma once
 
 #include <cstdint>
@@ -8,6 +8,7 @@
 #include <variant>
 #include <vector>
 
+#include "platform/bridge_options.h"
 #include "platform/printers.h"
 
 namespace tellaxis::platform {
@@ -51,7 +52,8 @@ using PrinterTarget =
 struct PrinterDefinition {
   InstalledPrinter printer;
   PrinterTarget target;
-  TextPosition position;  ///< of the target
+  TextPosition position;      ///< of the target
+  bool waitForPaper = false;  ///< its jobs wait in their drop folder while it says that it cannot print
 };
 
 /// A `[[serial]]`: where COM `port` is; the device's path in UTF-8.
@@ -63,6 +65,7 @@ struct SerialDefinition {
 struct DevicesFile {
   std::vector<PrinterDefinition> printers;
   std::vector<SerialDefinition> serialLines;
+  BridgeOptions options;
 };
 
 /// One Italian line, in UTF-8, that names the file and where it matters the line and column.

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <variant>
 
+#include "platform/bridge_options.h"
 #include "platform/host.h"
 
 namespace tellaxis::platform {
@@ -28,6 +29,9 @@ class System {
  public:
   virtual ~System() = default;
   virtual Host& host() = 0;
+
+  /// What the devices file switches on.
+  virtual const BridgeOptions& options() const = 0;
 };
 
 /// Why the services could not be made: one Italian line naming the argument, or the file, line and column.

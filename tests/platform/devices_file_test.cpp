@@ -69,6 +69,46 @@ TEST(DevicesFile, AnEmptyFileListsNothing) {
   EXPECT_TRUE(parsed("# solo un commento\n").serialLines.empty());
 }
 
+TEST(DevicesFile, EverythingBeyondTheGivenBehaviourIsOffUntilSwitchedOn) {
+  for (const char* text : {"", "[bridge]\n", "[bridge]\narchive = false\ndiary = \"d\"\n"}) {
+    const BridgeOptions options = parsed(text).options;
+    EXPECT_EQ(options.keepDays, std::nullopt);
+    EXPECT_FALSE(options.archive || options.keepWaiting || options.prompt || options.midnight) << text;
+    EXPECT_EQ(options.metrics + options.role, "");
+  }
+  EXPECT_EQ(parsed("").options.diary, "");
+  EXPECT_FALSE(parsed(withTarget("folder:x")).printers.front().waitForPaper);
+}
+
+TEST(DevicesFile, ReadsEveryOption) {
+  const BridgeOptions options = parsed(R"(
+[bridge]
+diary     = "diario/cassà"
+keep_days = 90
+archive   = true
+metrics   = "/var/lib/tellaxis.prom"
+role      = "SERVER"
+)")
+                                    .options;
+  EXPECT_EQ(options.diary, "diario/cassà");
+  EXPECT_EQ(options.keepDays, 90);
+  EXPECT_TRUE(options.archive);
+  EXPECT_EQ(options.metrics, "/var/lib/tellaxis.prom");
+  EXPECT_EQ(options.role, "SERVER");
+  EXPECT_EQ(parsed("[bridge]\nrole = \"CLIENT\"").options.role, "CLIENT");
+  EXPECT_TRUE(parsed(withTarget("folder:x") + "wait_for_paper = true\n").printers.front().waitForPaper);
+}
+
+TEST(DevicesFile, EachSwitchIsItsOwn) {
+  const auto switches = [](const char* key) {
+    const BridgeOptions on = parsed("[bridge]\n" + std::string(key) + " = true\n").options;
+    return std::vector<bool>{on.keepWaiting, on.prompt, on.midnight};
+  };
+  EXPECT_THAT(switches("keep_waiting"), testing::ElementsAre(true, false, false));
+  EXPECT_THAT(switches("prompt"), testing::ElementsAre(false, true, false));
+  EXPECT_THAT(switches("midnight"), testing::ElementsAre(false, false, true));
+}
+
 TEST(DevicesFile, KnowsEveryTarget) {
   EXPECT_EQ(targetOf<FolderTarget>("folder:/var/spool/x").folder, "/var/spool/x");
   EXPECT_EQ(targetOf<QueueTarget>("cups:ricevute").queue, "ricevute");
@@ -111,6 +151,20 @@ TEST(DevicesFile, NamesEveryMistakeByLineAndColumnInOneLine) {
       {"[[serial]]\nport = 0", "devices.toml, riga 2, colonna 8: \"port\" deve essere un numero da 1 a 256"},
       {"[[serial]]\nport = 1\ndevice = \"/dev/a\"\n[[serial]]\nport = 1\ndevice = \"/dev/b\"",
        "devices.toml, riga 5, colonna 8: la porta 1 è già definita"},
+      {"[bridge]\ndiario = \"d\"", "devices.toml, riga 2, colonna 1: chiave sconosciuta \"diario\""},
+      {"[[bridge]]\nprompt = true", "devices.toml, riga 1, colonna 1: si scrive [bridge], con una parentesi sola"},
+      {"bridge = 1", "devices.toml, riga 1, colonna 10: si scrive [bridge], con una parentesi sola"},
+      {"[bridge]\ndiary = true", "devices.toml, riga 2, colonna 9: \"diary\" deve essere un testo fra virgolette"},
+      {"[bridge]\nmetrics = \"\"", "devices.toml, riga 2, colonna 11: \"metrics\" non ha un valore utilizzabile"},
+      {"[bridge]\nprompt = 1", "devices.toml, riga 2, colonna 10: \"prompt\" deve essere true o false"},
+      {"[bridge]\nmidnight = \"true\"", "devices.toml, riga 2, colonna 12: \"midnight\" deve essere true o false"},
+      {"[bridge]\ndiary = \"d\"\nkeep_days = 0",
+       "devices.toml, riga 3, colonna 13: \"keep_days\" deve essere un numero da 1 a 36500"},
+      {"[bridge]\nkeep_days = 9", "devices.toml, riga 2, colonna 13: \"keep_days\" vale solo insieme a \"diary\""},
+      {"[bridge]\narchive = true", "devices.toml, riga 2, colonna 11: \"archive\" vale solo insieme a \"diary\""},
+      {"[bridge]\nrole = \"server\"", "devices.toml, riga 2, colonna 8: \"role\" deve essere \"SERVER\" o \"CLIENT\""},
+      {"[[printer]]\nname = \"P\"\nport = \"COM3:\"\ntarget = \"folder:x\"\nwait_for_paper = 1",
+       "devices.toml, riga 5, colonna 18: \"wait_for_paper\" deve essere true o false"},
       {"[[serial]]\nport = 1", "devices.toml, riga 1, colonna 1: manca la chiave \"device\""},
   };
   for (const Mistake& mistake : mistakes) EXPECT_EQ(errorOf(mistake.text), mistake.message) << mistake.text;

@@ -43,9 +43,11 @@ class LinuxSystem : public System {
         printer_(openPrinters(
             devices, options.mainFolder, [this](std::string_view path) { return paths_.resolve(path); }, *trace_)),
         tray_(*trace_),
-        ftpClients_(paths_, *trace_) {}
+        ftpClients_(paths_, *trace_),
+        options_(devices.options) {}
 
   Host& host() override { return host_; }
+  const BridgeOptions& options() const override { return options_; }
 
  private:
   std::unique_ptr<Trace> trace_;
@@ -60,6 +62,7 @@ class LinuxSystem : public System {
   ConsoleDialogs dialogs_;
   NoTray tray_;
   LinuxFtpClients ftpClients_;
+  BridgeOptions options_;
   Host host_{.profiles = profiles_,
              .files = files_,
              .clock = clock_,

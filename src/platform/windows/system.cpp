@@ -25,10 +25,15 @@ namespace {
 
 class WindowsSystem : public System {
  public:
-  WindowsSystem(std::unique_ptr<Trace> trace, WindowsLocale locale, std::unique_ptr<PrinterObject> printer)
-      : trace_(std::move(trace)), printer_(std::move(printer)), locale_(std::move(locale)) {}
+  WindowsSystem(std::unique_ptr<Trace> trace, WindowsLocale locale, std::unique_ptr<PrinterObject> printer,
+                BridgeOptions options)
+      : trace_(std::move(trace)),
+        printer_(std::move(printer)),
+        locale_(std::move(locale)),
+        options_(std::move(options)) {}
 
   Host& host() override { return host_; }
+  const BridgeOptions& options() const override { return options_; }
 
  private:
   std::unique_ptr<Trace> trace_;
@@ -42,6 +47,7 @@ class WindowsSystem : public System {
   WindowsTray tray_{*trace_};
   WindowsFtpClients ftpClients_{*trace_};
   WindowsLocale locale_;
+  BridgeOptions options_;
   Host host_{.profiles = profiles_,
              .files = files_,
              .clock = clock_,
@@ -75,7 +81,8 @@ std::variant<std::unique_ptr<System>, SystemError> openSystem(const SystemOption
   auto printer = openPrinters(std::get<DevicesFile>(devices), file.value_or(""), options.mainFolder, *trace);
   if (const auto* error = std::get_if<DevicesFileError>(&printer)) return SystemError{error->message};
   return std::make_unique<WindowsSystem>(std::move(trace), std::move(*locale),
-                                         std::move(std::get<std::unique_ptr<PrinterObject>>(printer)));
+                                         std::move(std::get<std::unique_ptr<PrinterObject>>(printer)),
+                                         std::get<DevicesFile>(devices).options);
 }
 
 }  // namespace tellaxis::platform

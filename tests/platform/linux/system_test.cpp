@@ -43,6 +43,13 @@ TEST(LinuxSystem, ItsServicesShareDrivesAndMainFolder) {
   EXPECT_EQ(host.profiles.read("VARIE", "key", "", 255, mainFolder(folder) + "\\pos\\meridia\\_local.ini"), "value");
 }
 
+TEST(LinuxSystem, TellsWhatTheDevicesFileSwitchesOn) {
+  test::TemporaryFolder folder;
+  EXPECT_FALSE(opened({.mainFolder = mainFolder(folder)})->options().midnight);
+  folder.write("devices.toml", "[bridge]\nmidnight = true\n");
+  EXPECT_TRUE(opened({.mainFolder = mainFolder(folder)})->options().midnight);
+}
+
 TEST(LinuxSystem, SaysWhichLocaleItDoesNotKnow) {
   const auto result = openSystem({.mainFolder = "/tmp", .localeName = "xx_YY"});
   const auto* error = std::get_if<SystemError>(&result);
