@@ -1,8 +1,10 @@
 """FTP servers on loopback: an ordinary one, one with TLS, and some that misbehave."""
 
 import crypt
+import grp
 import logging
 import os
+import pwd
 import shutil
 import socket
 import subprocess
@@ -176,6 +178,8 @@ TLSOptions NoSessionReuseRequired {options}
         )
         as_root = os.geteuid() == 0
         owner, group = (65534, 65534) if as_root else (os.geteuid(), os.getegid())
+        # By name: the server takes "#1000" for a comment.
+        owner_name, group_name = pwd.getpwuid(owner).pw_name, grp.getgrgid(group).gr_name
         accounts = folder / "accounts"
         accounts.write_text(f"{USER}:{crypt.crypt(PASSWORD)}:{owner}:{group}::{home}:/bin/sh\n")
         accounts.chmod(0o600)
@@ -188,8 +192,8 @@ TLSOptions NoSessionReuseRequired {options}
             self.CONFIGURATION.format(
                 folder=folder,
                 port=self.port,
-                user="nobody" if as_root else f"#{owner}",
-                group="nogroup" if as_root else f"#{group}",
+                user=owner_name,
+                group=group_name,
                 options="UseImplicitSSL" if implicit else "",
             )
         )

@@ -32,11 +32,15 @@ def run(*words):
 class Window:
     """The program running on the present desktop."""
 
-    def __init__(self, desk, *more, polling=0.05):
+    def __init__(self, desk, *more, polling=0.05, environment=None):
         self.desk = desk
         pyatspi.Registry.getDesktop(0).childCount  # the interface is up before the program looks for it
         self.process = subprocess.Popen(
-            [PROGRAM, *desk.arguments(polling), *more], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE
+            [PROGRAM, *desk.arguments(polling), *more],
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.PIPE,
+            stderr=subprocess.PIPE,
+            env=environment,
         )
         desk.programs.append(self)
 
