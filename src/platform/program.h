@@ -7,8 +7,8 @@
 
 namespace tellaxis::platform {
 
-/// The words after the program's name on its command line, in UTF-8 whatever the system passes on. From here on a
-/// console shows what the program prints as UTF-8.
+/// The words after the program's name on its command line, in UTF-8 whatever the system passes on. To be
+/// called first: from here on a console shows what the program prints as UTF-8, and the system shows no error boxes.
 std::vector<std::string> programArguments(int count, char** words);
 
 /// Native path of the folder that holds this program, without a trailing separator.

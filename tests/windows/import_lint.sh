@@ -1,6 +1,6 @@
 #!/bin/bash
 # import_lint EXE...: fails when a program imports a function that the headers declare only for Windows newer than XP SP3,
-# or one that a run-time library of its own would have to bring.
+# one that XP's own C run-time lacks, or one that a run-time library of its own would have to bring.
 set -euo pipefail
 
 triple=i686-w64-mingw32
@@ -21,6 +21,13 @@ grep -qx CreateFileW "$work/xp" && grep -qx GetTickCount64 "$work/newer" || {
   exit 2
 }
 
+# The headers declare the C run-time's functions for every Windows alike: here counts what the library itself exports.
+LC_ALL=C sort -u "$here/data/msvcrt_not_in_xp.txt" >"$work/runtime"
+grep -qx _difftime64 "$work/runtime" && ! grep -qx malloc "$work/runtime" || {
+  echo "import_lint: the names of the run-time are not as expected" >&2
+  exit 2
+}
+
 # Libraries of every XP; another one would have to be installed along with the program.
 libraries="advapi32 comctl32 comdlg32 gdi32 kernel32 msvcrt ole32 oleacc oleaut32 rpcrt4 shell32 shlwapi user32 uxtheme
   version winmm winspool.drv wininet ws2_32 wsock32 mswsock"
@@ -29,16 +36,20 @@ bad=0
 for program in "$@"; do
   $triple-objdump -p "$program" | awk '/DLL Name:/ {library = $3} /^\t[0-9a-f]+\t/ {print tolower(library), $NF}' >"$work/imports"
   [ -s "$work/imports" ] || { echo "$program: no imports found" >&2; exit 2; }
-  while read -r library name; do
-    if grep -qx -- "$name" "$work/newer"; then
-      echo "$program: $name ($library) is newer than Windows XP"
-      bad=1
-    fi
-    case " $(echo $libraries) " in
-      *" ${library%.dll} "*) ;;
-      *) echo "$program: $library ($name) is no part of Windows XP"; bad=1 ;;
-    esac
-  done <"$work/imports"
+  awk -v program="$program" -v libraries="${libraries//$'\n'/ }" -v newer="$work/newer" -v runtime="$work/runtime" '
+    function refuse(reason) { print program ": " $2 " (" $1 ") " reason; bad = 1 }
+    BEGIN {
+      while ((getline name <newer) > 0) isNewer[name]
+      while ((getline name <runtime) > 0) isMissing[name]
+      count = split(libraries, names, " ")
+      for (i = 1; i <= count; ++i) { isPart[names[i]]; isPart[names[i] ".dll"] }
+    }
+    $2 in isNewer { refuse("is newer than Windows XP") }
+    $1 == "msvcrt.dll" && $2 in isMissing { refuse("is not in the run-time of Windows XP") }
+    # It would show a box and wait for somebody to press a key.
+    $1 == "msvcrt.dll" && $2 == "abort" { refuse("stops a program with a box") }
+    !($1 in isPart) { refuse("is of a library that is no part of Windows XP") }
+    END { exit bad }' "$work/imports" || bad=1
   system=$($triple-objdump -p "$program" | awk '/MajorSubsystemVersion/ {print $2}')
   [ "$system" = 5 ] || { echo "$program: made for Windows $system"; bad=1; }
 done

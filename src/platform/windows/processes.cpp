@@ -71,9 +71,10 @@ ProcessId WindowsProcesses::start(std::string_view commandLine, WindowStyle styl
   startup.dwFlags = STARTF_USESHOWWINDOW;
   startup.wShowWindow = showCommand(style);
   PROCESS_INFORMATION process = {};
-  // A console of its own: the style applies to it, and Ctrl-C in ours does not reach the program.
-  if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, CREATE_NEW_CONSOLE, nullptr, nullptr, &startup,
-                      &process)) {
+  // A console of its own: the style applies to it, and Ctrl-C in ours does not reach the program. Error boxes as the
+  // program expects them, not as we do.
+  if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, CREATE_NEW_CONSOLE | CREATE_DEFAULT_ERROR_MODE,
+                      nullptr, nullptr, &startup, &process)) {
     failed(trace_, "start", commandLine);
     return 0;
   }

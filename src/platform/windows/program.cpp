@@ -34,6 +34,8 @@ BOOL WINAPI consoleEvent(DWORD kind) {
 }  // namespace
 
 std::vector<std::string> programArguments(int /*count*/, char** /*words*/) {
+  // No "there is no disk in the drive", no report of a crash: nobody is there to press a key, and jobs would wait.
+  SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX);
   // What main gets has been through the machine's own code page, and patterns in it have been expanded.
   int count = 0;
   const std::unique_ptr<wchar_t*, decltype(&LocalFree)> words(CommandLineToArgvW(GetCommandLineW(), &count), LocalFree);

@@ -10,13 +10,13 @@ namespace {
 
 using test::ProfileVector;
 
-struct WindowsProfiles : testing::TestWithParam<ProfileVector> {
+struct WindowsProfileVectors : testing::TestWithParam<ProfileVector> {
   test::TemporaryFolder folder;
   test::TraceLog trace;
   WindowsProfiles profiles{trace};
 };
 
-TEST_P(WindowsProfiles, GiveTheResultsAndLeaveTheBytes) {
+TEST_P(WindowsProfileVectors, GiveTheResultsAndLeaveTheBytes) {
   if (const auto initial = test::bytesFromHex(GetParam()["initial_file_hex"])) folder.write("_Test.ini", *initial);
   test::carryOut(GetParam(), profiles, folder / "_Test.ini");
   const auto final = test::bytesFromHex(GetParam()["final_file_hex"]);
@@ -24,7 +24,7 @@ TEST_P(WindowsProfiles, GiveTheResultsAndLeaveTheBytes) {
   EXPECT_EQ(folder.read("_Test.ini"), final.value_or(""));
 }
 
-INSTANTIATE_TEST_SUITE_P(Vectors, WindowsProfiles, testing::ValuesIn(test::profileVectors()), test::nameOf);
+INSTANTIATE_TEST_SUITE_P(Vectors, WindowsProfileVectors, testing::ValuesIn(test::profileVectors()), test::nameOf);
 
 TEST(WindowsProfileFile, AMissingFolderIsAFailedWrite) {
   test::TemporaryFolder folder;

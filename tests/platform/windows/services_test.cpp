@@ -5,7 +5,8 @@
 #include <cstdlib>
 #include <string>
 
-#include "platform/resident.h"
+#include "platform/instance.h"
+#include "platform/program.h"
 #include "platform/temporary_folder.h"
 #include "platform/trace_log.h"
 #include "platform/windows/clock.h"
@@ -50,6 +51,14 @@ TEST_F(WindowsProcessesTest, TheStyleReachesTheProgramThatIsStarted) {
     EXPECT_TRUE(runToEnd("\"" SHOW_STYLE "\" \"" + (folder / "style.txt") + "\"", style));
     EXPECT_EQ(folder.read("style.txt"), number);
   }
+}
+
+TEST_F(WindowsProcessesTest, NoErrorBoxStopsUsWhileStartedProgramsKeepTheirs) {
+  const UINT before = SetErrorMode(0);
+  programArguments(0, nullptr);
+  EXPECT_TRUE(runToEnd("\"" SHOW_STYLE "\" \"" + (folder / "style.txt") + "\" errors", WindowStyle::hidden));
+  EXPECT_EQ(SetErrorMode(before), UINT{SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX});
+  EXPECT_EQ(folder.read("style.txt"), "0 0");
 }
 
 TEST_F(WindowsProcessesTest, ABareNameIsLookedUpOnTheSearchPath) {
