@@ -18,11 +18,8 @@ namespace tellaxis::platform {
 
 namespace {
 
-/// Loaded at the first call; null when it cannot be loaded, which is reported to the trace once.
-const FtpLibrary* ftpLibrary(Trace& trace) {
-  static const auto* library = static_cast<const FtpLibrary*>(loadLibrary(ftpLibraryFile, ftpLibraryEntry, trace));
-  return library;
-}
+/// Null when it cannot be loaded, which is reported to the trace; the next call tries again.
+const FtpLibrary* ftpLibrary(Trace& trace) { return loadedLibrary<FtpLibrary>(ftpLibraryFile, ftpLibraryEntry, trace); }
 
 class LinuxFtpClient : public FtpClient {
  public:

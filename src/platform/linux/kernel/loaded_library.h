@@ -10,4 +10,13 @@ namespace tellaxis::platform {
 /// loaded: what it is linked with cannot be unloaded.
 const void* loadLibrary(const char* file, const char* entry, Trace& trace);
 
+/// The functions of type `Library` that `file` offers, loaded when first asked for. What could not be loaded is tried
+/// again when asked for again: it may have been short of memory or files for a moment.
+template <typename Library>
+const Library* loadedLibrary(const char* file, const char* entry, Trace& trace) {
+  static const Library* library = nullptr;
+  if (library == nullptr) library = static_cast<const Library*>(loadLibrary(file, entry, trace));
+  return library;
+}
+
 }  // namespace tellaxis::platform

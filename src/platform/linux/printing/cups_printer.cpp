@@ -31,10 +31,9 @@ bool mayHaveServer() {
          (home != nullptr && std::filesystem::exists(std::string(home) + "/.cups/client.conf", ignored));
 }
 
-/// Loaded at the first call; null when it cannot be loaded, which is reported to the trace once.
+/// Null when it cannot be loaded, which is reported to the trace; the next call tries again.
 const CupsLibrary* cupsLibrary(Trace& trace) {
-  static const auto* library = static_cast<const CupsLibrary*>(loadLibrary(cupsLibraryFile, cupsLibraryEntry, trace));
-  return library;
+  return loadedLibrary<CupsLibrary>(cupsLibraryFile, cupsLibraryEntry, trace);
 }
 
 bool send(const std::string& queue, JobFormat format, const ByteReader& read, Trace& trace) {

@@ -6,8 +6,7 @@
 namespace tellaxis::platform {
 
 const PageLibrary* pageLibrary(Trace& trace) {
-  static const auto* library = static_cast<const PageLibrary*>(loadLibrary(pageLibraryFile, pageLibraryEntry, trace));
-  return library;
+  return loadedLibrary<PageLibrary>(pageLibraryFile, pageLibraryEntry, trace);
 }
 
 }  // namespace tellaxis::platform

@@ -6,7 +6,7 @@
 
 namespace tellaxis::platform {
 
-/// Loaded at the first call; null when it cannot be loaded, which is reported to the trace once.
+/// Null when it cannot be loaded, which is reported to the trace; the next call tries again.
 const PageLibrary* pageLibrary(Trace& trace);
 
 }  // namespace tellaxis::platform
