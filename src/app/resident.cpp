@@ -24,8 +24,10 @@ void runResident(Bridge& bridge, Devices& devices, DeviceSetup& setup, const std
     return std::max(0ms, std::chrono::ceil<std::chrono::milliseconds>(due - steady_clock::now()));
   };
   while (!stop.waitFor(untilDue())) {
+    // A tick that a job brought forward is followed by a whole interval.
+    const auto begun = std::min(due, steady_clock::now());
     polling.Timer1_Timer();
-    due = std::max(due + std::chrono::milliseconds(interval), steady_clock::now());
+    due = std::max(begun + std::chrono::milliseconds(interval), steady_clock::now());
   }
   bridge.host.Printer.endOpenDocuments();
 }

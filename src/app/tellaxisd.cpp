@@ -1,6 +1,7 @@
 // tellaxisd: the bridge without a window.
 #include <cstdio>
 #include <exception>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -42,7 +43,11 @@ int stay(const CommandLine& line, const std::string& mainFolder) {
   const auto lock = platform::lockMainFolder(line.system.mainFolder);
   if (!lock) return complain("un'altra copia serve gi\xC3\xA0 la cartella " + line.system.mainFolder, statusSecondCopy);
 
-  Bridge bridge(std::get<std::unique_ptr<platform::System>>(opened)->host());
+  platform::System& system = *std::get<std::unique_ptr<platform::System>>(opened);
+  Bridge bridge(system.host());
+  std::unique_ptr<platform::JobNotices> notices;
+  if (system.options().prompt) notices = system.openJobNotices([&stop] { stop.wake(); });
+  bridge.notices = notices.get();
   ConnectedDevices devices(bridge);
   runResident(bridge, devices, devices, mainFolder, line.pollingInterval, stop, sayReady);
   return 0;

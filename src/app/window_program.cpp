@@ -63,7 +63,7 @@ ModalCount& modalDialogs() {
 WindowProgram::WindowProgram(const WindowSurroundings& surroundings, const std::string& mainFolder, int interval)
     : surroundings_(surroundings),
       taskBar_([this](int code) { Form_MouseMove(window_->form(), code, ScaleMode::pixels, 1); }),
-      host_(withDesktop(surroundings.host, boxes_, taskBar_)),
+      host_(withDesktop(surroundings.system.host(), boxes_, taskBar_)),
       bridge_(host_),
       devices_(*this),
       noted_(devices_, surroundings.activity, bridge_),
@@ -81,6 +81,9 @@ WindowProgram::WindowProgram(const WindowSurroundings& surroundings, const std::
   });
   polls_.Start(interval);
   looks_.Start(lookInterval);
+  if (surroundings.system.options().prompt)
+    notices_ = surroundings.system.openJobNotices([this] { wxTheApp->CallAfter([this] { tickNow(); }); });
+  bridge_.notices = notices_.get();
 }
 
 void WindowProgram::Devices::IconaAggiungi() {
@@ -94,6 +97,13 @@ void WindowProgram::tick() {
   ticking_ = false;
   if (ended_) return finish();
   window_->refreshStatus();
+}
+
+/// A job brought the next tick forward; a whole interval follows.
+void WindowProgram::tickNow() {
+  if (ended_) return;
+  polls_.Start();
+  tick();
 }
 
 void WindowProgram::lookAround() {
@@ -113,6 +123,8 @@ void WindowProgram::formEnded() {
 }
 
 void WindowProgram::finish() {
+  notices_.reset();
+  bridge_.notices = nullptr;
   host_.Printer.endOpenDocuments();
   wxTheApp->ExitMainLoop();
   // A dialog that nobody will answer any more would keep the program.

@@ -12,6 +12,7 @@
 #include "core/polling.h"
 #include "platform/host.h"
 #include "platform/program.h"
+#include "platform/system.h"
 #include "platform/window_call.h"
 #include "ui/main_window.h"
 #include "ui/message_boxes.h"
@@ -21,7 +22,7 @@ namespace tellaxis {
 
 /// What the window needs beside the bridge; whoever made them keeps them alive.
 struct WindowSurroundings {
-  platform::Host& host;
+  platform::System& system;
   Activity& activity;
   platform::StopRequest& stop;
   platform::WindowCall* calls;  ///< of second copies; null where none can be heard
@@ -44,6 +45,7 @@ class WindowProgram {
   };
 
   void tick();
+  void tickNow();
   /// Heeds a wish to stop and the call of a second copy.
   void lookAround();
   /// The form is gone: as soon as the present tick is done, the program ends.
@@ -63,6 +65,7 @@ class WindowProgram {
   wxTimer looks_;
   bool ticking_ = false;
   bool ended_ = false;
+  std::unique_ptr<platform::JobNotices> notices_;  ///< the last member: its thread asks for ticks
 };
 
 }  // namespace tellaxis

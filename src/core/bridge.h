@@ -4,6 +4,7 @@
 #include "core/main_form.h"
 #include "core/settings.h"
 #include "platform/host.h"
+#include "platform/job_notices.h"
 
 namespace tellaxis {
 
@@ -15,6 +16,7 @@ struct Bridge {
   platform::Host& host;
   MainForm form;
   Settings settings;
+  platform::JobNotices* notices = nullptr;  ///< where a job is taken as soon as it is whole, not at the next tick only
 };
 
 }  // namespace tellaxis

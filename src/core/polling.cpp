@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "core/ini.h"
+#include "core/prompt.h"
 #include "core/step_failed.h"
 #include "platform/files.h"
 #include "platform/locale.h"
@@ -58,9 +59,11 @@ void endWithBackslash(std::string& folder) {
   if (!folder.ends_with('\\')) folder += '\\';
 }
 
-JobList moveAll(platform::Files& files, const std::string& dropFolder, const std::string& workFolder) {
+JobList moveAll(const Bridge& bridge, const std::string& dropFolder, const std::string& workFolder) {
+  platform::Files& files = bridge.host.files;
   JobList jobs;
   for (const std::string& name : files.list(dropFolder).value_or(std::vector<std::string>())) {
+    if (!isWhole(bridge, dropFolder + name)) continue;
     const std::string workFile = workFolder + name;
     jobs.add(workFile);
     if (files.exists(workFile)) files.remove(workFile);
@@ -84,7 +87,7 @@ void SmistaFile(Bridge& bridge, Devices& devices, std::string& dropFolder, std::
   endWithBackslash(dropFolder);
   endWithBackslash(workFolder);
 
-  JobList jobs = moveAll(files, dropFolder, workFolder);
+  JobList jobs = moveAll(bridge, dropFolder, workFolder);
   const RoutedKind* routed = findKind(kind);
   for (std::int16_t i = 0; i < jobs.count(); ++i) {
     if (routed != nullptr && routed->run != nullptr) (devices.*routed->run)(jobs.at(i));
@@ -97,6 +100,7 @@ void SmistaFile(Bridge& bridge, Devices& devices, std::string& dropFolder, std::
 void Polling::Timer1_Timer() {
   if (ticking_) return;
   ticking_ = true;
+  watchJobs(bridge_, watched_);
   pollDisplay();
   pollFiscalPrinter();
   pollSlipPrinter();
@@ -107,7 +111,8 @@ void Polling::Timer1_Timer() {
 void Polling::pollDisplay() {
   const Settings& settings = bridge_.settings;
   if (!settings.Display_Active || settings.Display_File.empty()) return;
-  if (bridge_.host.files.exists(settings.Display_File)) devices_.LanciaFileDisplay();
+  if (bridge_.host.files.exists(settings.Display_File) && isWhole(bridge_, settings.Display_File))
+    devices_.LanciaFileDisplay();
 }
 
 void Polling::pollFiscalPrinter() {
@@ -124,6 +129,7 @@ void Polling::pollFiscalPrinter() {
 void Polling::pollSlipPrinter() {
   const Settings& settings = bridge_.settings;
   if (!settings.RF_Active || !bridge_.host.files.exists(settings.RF_File)) return;
+  if (!isWhole(bridge_, settings.RF_File)) return;
   if (settings.RF_Stampante.empty() || !isGreaterThanZero(settings.RF_Seriale, bridge_.host.locale.regional())) return;
   try {
     devices_.LanciaFileRF();

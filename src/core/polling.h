@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/bridge.h"
 #include "core/devices.h"
@@ -36,6 +37,7 @@ class Polling {
 
   Bridge& bridge_;
   Devices& devices_;
+  std::vector<std::string> watched_;
   bool ticking_ = false;
 };
 

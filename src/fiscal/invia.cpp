@@ -1,10 +1,12 @@
 // Invia: the hand-overs to driver input files, driver programs and the FPMate folder.
 #include "fiscal/invia.h"
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 
 #include "core/attesa.h"
+#include "core/prompt.h"
 #include "core/values.h"
 #include "fiscal/buffer.h"
 #include "fiscal/log.h"
@@ -31,6 +33,13 @@ void log(Bridge& bridge, std::string_view message) {
 }
 
 void wait(Bridge& bridge) { Attesa(bridge.host, bridge.settings.MF_Ritardo, true); }
+
+/// The wait for a driver's answer: where jobs are taken promptly it ends with the answer.
+void waitForAnswer(Bridge& bridge) {
+  if (bridge.notices == nullptr) return wait(bridge);
+  const auto hundredths = integerFrom(bridge.settings.MF_Ritardo, bridge.host.locale.regional());
+  waitForFile(bridge, bridge.settings.MF_File_Output, std::chrono::milliseconds(hundredths.value_or(0) * 10));
+}
 
 void handToInputFile(Bridge& bridge, std::string_view jobFile) {
   const Settings& settings = bridge.settings;
@@ -69,10 +78,10 @@ void handToProgram(Bridge& bridge, std::string_view jobFile) {
 
   const std::string& answer = settings.MF_File_Output;
   std::int16_t attempts = 0;
-  wait(bridge);
+  waitForAnswer(bridge);
   while (!files.exists(answer) && attempts < answerAttempts) {
     ++attempts;
-    wait(bridge);
+    waitForAnswer(bridge);
   }
   if (!files.exists(answer) && attempts >= answerAttempts) {
     files.remove(settings.MF_File);

@@ -25,6 +25,9 @@ class StopRequest {
 
   /// Waits up to `duration` and returns true as soon as somebody asked to stop.
   bool waitFor(std::chrono::milliseconds duration);
+
+  /// Ends the wait that is under way, or the next one, before its time. May be called from any thread.
+  void wake();
 };
 
 }  // namespace tellaxis::platform

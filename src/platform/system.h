@@ -1,6 +1,7 @@
 // System: makes the services of the computer that this program was built for.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -10,6 +11,7 @@
 
 #include "platform/bridge_options.h"
 #include "platform/host.h"
+#include "platform/job_notices.h"
 
 namespace tellaxis::platform {
 
@@ -32,6 +34,9 @@ class System {
 
   /// What the devices file switches on.
   virtual const BridgeOptions& options() const = 0;
+
+  /// Notices of jobs; `whole` is called from a thread of theirs. The system must outlive them.
+  virtual std::unique_ptr<JobNotices> openJobNotices(std::function<void()> whole) = 0;
 };
 
 /// Why the services could not be made: one Italian line naming the argument, or the file, line and column.

@@ -20,6 +20,7 @@ namespace {
 constexpr int stopSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
 int stopEvent = -1;
+int wakeEvent = -1;
 struct sigaction formerActions[std::size(stopSignals)];
 
 /// Sets the mark, and leaves the next signal to its usual effect.
@@ -45,6 +46,7 @@ std::string programFolder() {
 
 StopRequest::StopRequest() {
   stopEvent = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+  wakeEvent = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
   struct sigaction action {};
   action.sa_handler = requestStop;
   action.sa_flags = SA_RESTART;
@@ -60,16 +62,23 @@ StopRequest::StopRequest() {
 StopRequest::~StopRequest() {
   for (std::size_t i = 0; i < std::size(stopSignals); ++i) ::sigaction(stopSignals[i], &formerActions[i], nullptr);
   ::close(std::exchange(stopEvent, -1));
+  ::close(std::exchange(wakeEvent, -1));
 }
 
 bool StopRequest::waitFor(std::chrono::milliseconds duration) {
   const auto end = std::chrono::steady_clock::now() + duration;
   for (;;) {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
-    pollfd waiting{.fd = stopEvent, .events = POLLIN, .revents = 0};
-    const int ready = ::poll(&waiting, 1, static_cast<int>(std::clamp<std::int64_t>(left.count(), 0, INT_MAX)));
-    if (ready >= 0 || errno != EINTR) return ready > 0;
+    pollfd waiting[] = {{.fd = stopEvent, .events = POLLIN, .revents = 0},
+                        {.fd = wakeEvent, .events = POLLIN, .revents = 0}};
+    const int ready = ::poll(waiting, 2, static_cast<int>(std::clamp<std::int64_t>(left.count(), 0, INT_MAX)));
+    if (ready < 0 && errno == EINTR) continue;
+    eventfd_t ignored = 0;
+    if (waiting[1].revents != 0) ::eventfd_read(wakeEvent, &ignored);
+    return waiting[0].revents != 0;
   }
 }
+
+void StopRequest::wake() { ::eventfd_write(wakeEvent, 1); }
 
 }  // namespace tellaxis::platform

@@ -14,6 +14,7 @@
 #include "platform/linux/files.h"
 #include "platform/linux/files/paths.h"
 #include "platform/linux/ftp_client.h"
+#include "platform/linux/job_notices.h"
 #include "platform/linux/locale.h"
 #include "platform/linux/printers.h"
 #include "platform/linux/processes.h"
@@ -48,6 +49,10 @@ class LinuxSystem : public System {
 
   Host& host() override { return host_; }
   const BridgeOptions& options() const override { return options_; }
+  std::unique_ptr<JobNotices> openJobNotices(std::function<void()> whole) override {
+    return std::make_unique<LinuxJobNotices>([this](std::string_view path) { return paths_.resolve(path); },
+                                             std::move(whole), *trace_);
+  }
 
  private:
   std::unique_ptr<Trace> trace_;

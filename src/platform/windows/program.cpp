@@ -8,6 +8,7 @@
 #include <atomic>
 #include <cstdlib>
 #include <memory>
+#include <utility>
 
 #include "platform/windows/kernel/native.h"
 
@@ -17,6 +18,9 @@ namespace {
 
 /// Set by the first request to stop; the system's own thread comes to `consoleEvent`.
 std::atomic<HANDLE> stopRequested = nullptr;
+
+/// Set to end a wait before its time; resets itself.
+HANDLE wakeRequested = nullptr;
 
 /// The console outlives the program and gets back what it had.
 UINT formerConsoleCodePage = 0;
@@ -55,17 +59,22 @@ std::string programFolder() {
 
 StopRequest::StopRequest() {
   stopRequested = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+  wakeRequested = CreateEventW(nullptr, FALSE, FALSE, nullptr);
   SetConsoleCtrlHandler(consoleEvent, TRUE);
 }
 
 StopRequest::~StopRequest() {
   SetConsoleCtrlHandler(consoleEvent, FALSE);
   CloseHandle(stopRequested.exchange(nullptr));
+  CloseHandle(std::exchange(wakeRequested, nullptr));
 }
 
 bool StopRequest::waitFor(std::chrono::milliseconds duration) {
   const auto milliseconds = duration.count() > 0 ? static_cast<DWORD>(duration.count()) : 0;
-  return WaitForSingleObject(stopRequested, milliseconds) == WAIT_OBJECT_0;
+  const HANDLE events[] = {stopRequested, wakeRequested};
+  return WaitForMultipleObjects(2, events, FALSE, milliseconds) == WAIT_OBJECT_0;
 }
+
+void StopRequest::wake() { SetEvent(wakeRequested); }
 
 }  // namespace tellaxis::platform

@@ -12,6 +12,7 @@
 #include "platform/windows/clock.h"
 #include "platform/windows/files.h"
 #include "platform/windows/ftp_client.h"
+#include "platform/windows/job_notices.h"
 #include "platform/windows/locale.h"
 #include "platform/windows/printers.h"
 #include "platform/windows/processes.h"
@@ -34,6 +35,9 @@ class WindowsSystem : public System {
 
   Host& host() override { return host_; }
   const BridgeOptions& options() const override { return options_; }
+  std::unique_ptr<JobNotices> openJobNotices(std::function<void()> whole) override {
+    return std::make_unique<WindowsJobNotices>(std::move(whole), *trace_);
+  }
 
  private:
   std::unique_ptr<Trace> trace_;
