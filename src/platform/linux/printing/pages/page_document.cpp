@@ -29,6 +29,7 @@ class PageDocument final : public DocumentSink {
 
   ~PageDocument() override {
     if (finished_) return;
+    if (!works_) keptTypefaces().forget();
     pdf_.close();
     std::remove(files_.pdf.c_str());
     if (!files_.png.empty()) std::remove(files_.png.c_str());

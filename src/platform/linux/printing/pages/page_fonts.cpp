@@ -104,4 +104,9 @@ const Letters& Typefaces::letters(const Typeface& typeface) {
   return *(known_[typeface] = load(typeface));
 }
 
+void Typefaces::forget() {
+  known_.clear();
+  pango_cairo_font_map_set_default(nullptr);
+}
+
 }  // namespace tellaxis::platform

@@ -40,6 +40,9 @@ class Typefaces {
  public:
   const Letters& letters(const Typeface& typeface);
 
+  /// Finds every typeface anew. A font file that could not be opened for a moment would stay unusable otherwise.
+  void forget();
+
  private:
   std::map<Typeface, std::unique_ptr<Letters>> known_;
 };
