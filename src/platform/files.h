@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <span>
@@ -20,6 +21,16 @@ class InputFile {
   virtual std::optional<std::size_t> read(std::span<char> buffer) = 0;
 };
 
+/// What a file is known again by: while it is the same, so are the file and what it holds.
+struct FileIdentity {
+  std::uint64_t device = 0;
+  std::uint64_t file = 0;  ///< its number on the device
+  std::uint64_t size = 0;
+  std::int64_t time = 0;  ///< of the last change of its content, in the system's own unit
+
+  bool operator==(const FileIdentity&) const = default;
+};
+
 /// Paths are formed by plain concatenation ("C:\MERIDIA" and "\_Local.ini"). Names match as the computer's file system
 /// matches them on Windows: without regard to case. A folder is never a file here, and hidden files are not seen.
 class Files {
@@ -31,6 +42,9 @@ class Files {
 
   /// The bare name, spelled as the folder holds it, of the file at `path`; nothing when there is none.
   virtual std::optional<std::string> lookUp(std::string_view path) = 0;
+
+  /// Of the file at `path`; nothing when there is none.
+  virtual std::optional<FileIdentity> identity(std::string_view path) = 0;
 
   virtual bool folderExists(std::string_view path) = 0;
 
@@ -50,6 +64,10 @@ class Files {
 
   /// Deletes one file. A missing file is a failure.
   virtual bool remove(std::string_view path) = 0;
+
+  /// Whether `remove` could delete the file, as far as can be seen without trying: its folder takes changes, and nobody
+  /// else's right stands against it. False for a missing file.
+  virtual bool canRemove(std::string_view path) = 0;
 
   /// Deletes every file of `folder`; sub-folders stay, and a link is removed itself, never what it points to. False
   /// when a file was left.

@@ -44,7 +44,7 @@ class InputText : public platform::InputFile {
 }  // namespace
 
 void Files::put(std::string_view path, std::string_view text) {
-  files_[lower(path)] = File{.name = bareName(path), .text = std::string(text)};
+  files_[lower(path)] = File{.name = bareName(path), .text = std::string(text), .number = ++lastNumber_};
 }
 
 std::string Files::text(std::string_view path) const {
@@ -65,6 +65,12 @@ bool Files::exists(std::string_view path) { return journal_.record("exists " + s
 std::optional<std::string> Files::lookUp(std::string_view path) {
   if (!journal_.record("lookUp " + std::string(path)) || !has(path)) return std::nullopt;
   return files_.at(lower(path)).name;
+}
+
+std::optional<platform::FileIdentity> Files::identity(std::string_view path) {
+  if (!journal_.record("identity " + std::string(path)) || !has(path)) return std::nullopt;
+  const File& file = files_.at(lower(path));
+  return platform::FileIdentity{.device = 1, .file = file.number, .size = file.text.size()};
 }
 
 bool Files::folderExists(std::string_view path) {
@@ -97,8 +103,13 @@ bool Files::move(std::string_view from, std::string_view to) {
 
 bool Files::remove(std::string_view path) {
   if (!journal_.record("remove " + std::string(path)) || !has(path) || isInUse(path)) return false;
+  if (protected_.contains(lower(path))) return false;
   erase(path);
   return true;
+}
+
+bool Files::canRemove(std::string_view path) {
+  return journal_.record("canRemove " + std::string(path)) && has(path) && !protected_.contains(lower(path));
 }
 
 bool Files::removeAll(std::string_view folder) {

@@ -25,17 +25,22 @@ class Files : public platform::Files {
   /// A file that its writer still has open: it cannot be moved or deleted.
   void hold(std::string_view path) { held_.insert(lower(path)); }
   void release(std::string_view path) { held_.erase(lower(path)); }
+  /// A file that nobody may delete.
+  void protect(std::string_view path) { protected_.insert(lower(path)); }
+  void unprotect(std::string_view path) { protected_.erase(lower(path)); }
   /// Whether the program has a file open for reading; until it closes it, the file cannot be moved or deleted.
   bool isOpen(std::string_view path) const { return open_.contains(lower(path)); }
 
   bool exists(std::string_view path) override;
   std::optional<std::string> lookUp(std::string_view path) override;
+  std::optional<platform::FileIdentity> identity(std::string_view path) override;
   bool folderExists(std::string_view path) override;
   bool createFolder(std::string_view path) override;
   std::optional<std::vector<std::string>> list(std::string_view folder) override;
   bool copy(std::string_view from, std::string_view to) override;
   bool move(std::string_view from, std::string_view to) override;
   bool remove(std::string_view path) override;
+  bool canRemove(std::string_view path) override;
   bool removeAll(std::string_view folder) override;
   std::unique_ptr<platform::InputFile> openInput(std::string_view path) override;
   bool append(std::string_view path, std::string_view text) override;
@@ -45,6 +50,7 @@ class Files : public platform::Files {
   struct File {
     std::string name;
     std::string text;
+    std::uint64_t number = 0;  ///< another one whenever the file is put there or written
   };
 
   bool isInUse(std::string_view path) const { return held_.contains(lower(path)) || isOpen(path); }
@@ -55,7 +61,9 @@ class Files : public platform::Files {
   std::map<std::string, File> files_;
   std::set<std::string> folders_;
   std::set<std::string> held_;
+  std::set<std::string> protected_;
   std::multiset<std::string> open_;
+  std::uint64_t lastNumber_ = 0;
 };
 
 }  // namespace tellaxis::fake

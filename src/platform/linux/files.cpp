@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "platform/linux/files/file_name.h"
+#include "platform/linux/files/file_status.h"
 #include "platform/linux/files/folder.h"
 #include "platform/linux/files/transfer.h"
 #include "platform/linux/kernel/reason.h"
@@ -120,6 +121,13 @@ std::optional<std::string> LinuxFiles::lookUp(std::string_view path) {
   return native ? textOfName(lastName(*native)) : std::nullopt;
 }
 
+std::optional<FileIdentity> LinuxFiles::identity(std::string_view path) {
+  const auto native = fileAt(path);
+  auto identity = native ? identityOf(*native) : std::nullopt;
+  if (!identity) noteWith("identity", path, native ? errno : ENOENT);
+  return identity;
+}
+
 bool LinuxFiles::folderExists(std::string_view path) {
   auto native = paths_.spelled(path);
   struct stat status {};
@@ -175,6 +183,11 @@ bool LinuxFiles::remove(std::string_view path) {
   if (!native) return noteWith("remove", path, ENOENT);
   return note("remove", path,
               onWhatExists(paths_, *native, [](const std::string& file) { return ::unlink(file.c_str()) == 0; }));
+}
+
+bool LinuxFiles::canRemove(std::string_view path) {
+  const auto native = fileAt(path);
+  return native ? note("canRemove", path, canBeRemoved(*native)) : noteWith("canRemove", path, ENOENT);
 }
 
 bool LinuxFiles::removeAll(std::string_view folder) {

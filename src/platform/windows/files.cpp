@@ -10,6 +10,8 @@ namespace tellaxis::platform {
 
 namespace {
 
+constexpr DWORD anySharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
 class OpenFile : public InputFile {
  public:
   OpenFile(UniqueHandle handle, std::string path, Trace& trace)
@@ -58,6 +60,21 @@ bool WindowsFiles::exists(std::string_view path) { return findFile(wide(path)).h
 std::optional<std::string> WindowsFiles::lookUp(std::string_view path) {
   const auto name = findFile(wide(path));
   return name ? narrow(*name) : std::nullopt;
+}
+
+std::optional<FileIdentity> WindowsFiles::identity(std::string_view path) {
+  const UniqueHandle file = owned(CreateFileW(wide(path).c_str(), 0, anySharing, nullptr, OPEN_EXISTING, 0, nullptr));
+  BY_HANDLE_FILE_INFORMATION information;
+  if (!file || !GetFileInformationByHandle(file.get(), &information)) {
+    failed(trace_, "identity", path);
+    return std::nullopt;
+  }
+  const auto joined = [](DWORD high, DWORD low) { return std::uint64_t{high} << 32U | low; };
+  return FileIdentity{.device = information.dwVolumeSerialNumber,
+                      .file = joined(information.nFileIndexHigh, information.nFileIndexLow),
+                      .size = joined(information.nFileSizeHigh, information.nFileSizeLow),
+                      .time = static_cast<std::int64_t>(joined(information.ftLastWriteTime.dwHighDateTime,
+                                                               information.ftLastWriteTime.dwLowDateTime))};
 }
 
 bool WindowsFiles::folderExists(std::string_view path) {
@@ -110,6 +127,14 @@ bool WindowsFiles::move(std::string_view from, std::string_view to) {
 
 bool WindowsFiles::remove(std::string_view path) {
   return DeleteFileW(wide(path).c_str()) || failed(trace_, "remove", path);
+}
+
+bool WindowsFiles::canRemove(std::string_view path) {
+  const std::wstring name = wide(path);
+  const UniqueHandle file = owned(CreateFileW(name.c_str(), DELETE, anySharing, nullptr, OPEN_EXISTING, 0, nullptr));
+  if (!file) return failed(trace_, "canRemove", path);
+  if ((GetFileAttributesW(name.c_str()) & FILE_ATTRIBUTE_READONLY) == 0) return true;
+  return failed(trace_, "canRemove", path, systemReason(ERROR_ACCESS_DENIED));
 }
 
 bool WindowsFiles::removeAll(std::string_view folder) {

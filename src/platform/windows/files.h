@@ -12,12 +12,14 @@ class WindowsFiles : public Files {
 
   bool exists(std::string_view path) override;
   std::optional<std::string> lookUp(std::string_view path) override;
+  std::optional<FileIdentity> identity(std::string_view path) override;
   bool folderExists(std::string_view path) override;
   bool createFolder(std::string_view path) override;
   std::optional<std::vector<std::string>> list(std::string_view folder) override;
   bool copy(std::string_view from, std::string_view to) override;
   bool move(std::string_view from, std::string_view to) override;
   bool remove(std::string_view path) override;
+  bool canRemove(std::string_view path) override;
   bool removeAll(std::string_view folder) override;
   std::unique_ptr<InputFile> openInput(std::string_view path) override;
   bool append(std::string_view path, std::string_view text) override;

@@ -67,6 +67,35 @@ TEST_F(WindowsFilesTest, FoldersHiddenFilesPatternsAndNothingAreNoFile) {
   EXPECT_FALSE(files.folderExists(folder / "nascosto.txt"));
 }
 
+TEST_F(WindowsFilesTest, AFileKeepsItsIdentityUntilItIsWrittenOrReplaced) {
+  folder.write("rf.txt", "RR uno");
+  const auto first = files.identity(folder / "rf.txt");
+  ASSERT_TRUE(first);
+  EXPECT_EQ(files.identity(folder / "RF.TXT"), first);
+  folder.write("nuovo.txt", "RR due");
+  EXPECT_NE(files.identity(folder / "nuovo.txt"), first);
+  folder.write("rf.txt", "RR uno e due");
+  EXPECT_NE(files.identity(folder / "rf.txt"), first);
+  EXPECT_EQ(files.identity(folder / "manca.txt"), std::nullopt);
+}
+
+TEST_F(WindowsFilesTest, AProtectedFileAndOneInAnothersHandsCannotBeRemoved) {
+  folder.write("rf.txt", "x");
+  EXPECT_TRUE(files.canRemove(folder / "rf.txt"));
+  SetFileAttributesW(folder.path("rf.txt").c_str(), FILE_ATTRIBUTE_READONLY);
+  EXPECT_FALSE(files.canRemove(folder / "rf.txt"));
+  EXPECT_FALSE(files.remove(folder / "rf.txt"));
+  SetFileAttributesW(folder.path("rf.txt").c_str(), FILE_ATTRIBUTE_NORMAL);
+  {
+    const UniqueHandle other = hold("rf.txt", GENERIC_READ, FILE_SHARE_READ);
+    ASSERT_TRUE(other);
+    EXPECT_FALSE(files.canRemove(folder / "rf.txt"));
+    EXPECT_FALSE(files.remove(folder / "rf.txt"));
+  }
+  EXPECT_FALSE(files.canRemove(folder / "manca.txt"));
+  EXPECT_TRUE(files.remove(folder / "rf.txt"));
+}
+
 TEST_F(WindowsFilesTest, NamesAreInCodePage1252WhateverTheMachinesOwnIs) {
   ASSERT_TRUE(files.create((folder / "") + "perch\xE9 \x80 5.txt", "x", false));
   EXPECT_TRUE(std::filesystem::exists(folder.path("") / L"perch\u00E9 \u20AC 5.txt"));
