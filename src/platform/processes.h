@@ -19,9 +19,9 @@ class Processes {
  public:
   virtual ~Processes() = default;
 
-  /// Starts a command line: words are split at blanks, double quotes group, the first word is the program (a path, or a
-  /// name looked up on the search path). A batch file (.bat) runs in the command interpreter. 0 when it could not be
-  /// started.
+  /// Starts a command line, which means what `command_line.h` says: the program is the quoted part, or the first prefix
+  /// up to a blank that exists as a path or on the search path, with or without ".exe". It gets its arguments as
+  /// written. A batch file (.bat) runs in the command interpreter. 0 when nothing could be started.
   virtual ProcessId start(std::string_view commandLine, WindowStyle style) = 0;
 
   /// A handle with the right to wait for the end of `process`; 0 when there is none.

@@ -1,5 +1,6 @@
 """Fiscal drivers: the simulator as the scenarios configure and start it."""
 
+import shutil
 import subprocess
 
 from harness import EMULATOR, TOOLS, ON_WINDOWS, program_path, tool
@@ -11,12 +12,24 @@ def native(desk, windows_path):
     return desk.c(windows_path[3:])
 
 
-def command_line(desk, *options, work=20):
-    """The setting of a driver program that takes C:\\MF\\in.txt and answers with C:\\MF\\out.txt."""
-    words = [tool("fiscal_driver_simulator"), "program", "--input", program_path(desk.c("MF\\in.txt"))]
-    words += ["--output", program_path(desk.c("MF\\out.txt")), "--receipts", program_path(desk.root / "receipts")]
-    words += ["--work", str(work), *options]
+def arguments(desk, *options, work=20):
+    """The arguments of a driver program that takes C:\\MF\\in.txt and answers with C:\\MF\\out.txt."""
+    words = ["program", "--input", program_path(desk.c("MF\\in.txt")), "--output", program_path(desk.c("MF\\out.txt"))]
+    words += ["--receipts", program_path(desk.root / "receipts"), "--work", str(work), *options]
     return " ".join(f'"{word}"' if " " in word else word for word in words)
+
+
+def command_line(desk, *options, work=20):
+    """The setting of the driver program where it was built."""
+    program = tool("fiscal_driver_simulator")
+    return (f'"{program}" ' if " " in program else f"{program} ") + arguments(desk, *options, work=work)
+
+
+def install(desk, windows_path):
+    """Puts the driver program at C:\\path.exe."""
+    target = desk.c(windows_path)
+    target.parent.mkdir(parents=True, exist_ok=True)
+    shutil.copy(TOOLS / ("fiscal_driver_simulator" + (".exe" if ON_WINDOWS else "")), target)
 
 
 def watching(desk, input_file, *options, work=20):

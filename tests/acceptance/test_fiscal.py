@@ -68,6 +68,51 @@ class ProgramDrivers(Scenario):
         wait_for(lambda: not self.desk.c("MF\\out.txt").exists(), "the old answer deleted")
 
 
+class DriverPaths(Scenario):
+    """A driver program whose path has blanks in it is started as the system starts it, quoted or not."""
+
+    PROGRAM = "Program Files (x86)\\Onda Driver\\OndaDriver.exe"
+
+    def setUp(self):
+        super().setUp()
+        fiscal_driver.install(self.desk, self.PROGRAM)
+
+    def print_a_receipt(self):
+        begun = time.monotonic()
+        self.desk.drop("scontrino.txt", "VENDITA 12,50\r\n")
+        wait_for(lambda: fiscal_driver.receipts(self.desk) == ["VENDITA 12,50\r\n"], "the receipt at the driver")
+        wait_for(lambda: not self.desk.jobs("IN"), "the job deleted")
+        self.assertLess(time.monotonic() - begun, 20, "no wait for a driver that was never started")
+        self.assertEqual(self.desk.log(), [])
+
+    def test_without_quotes(self):
+        driver = f"C:\\{self.PROGRAM} {fiscal_driver.arguments(self.desk)}"
+        fiscal_driver.configure(self.desk, "ONDA DRIVER - 91", delay=50, MF_Driver=driver)
+        self.desk.start()
+        self.print_a_receipt()
+
+    def test_without_quotes_and_ending(self):
+        driver = f"C:\\{self.PROGRAM.removesuffix('.exe')} {fiscal_driver.arguments(self.desk)}"
+        fiscal_driver.configure(self.desk, "ONDA DRIVER - 91", delay=50, MF_Driver=driver)
+        self.desk.start()
+        self.print_a_receipt()
+
+    def test_with_quotes(self):
+        driver = f'"C:\\{self.PROGRAM}" {fiscal_driver.arguments(self.desk)}'
+        fiscal_driver.configure(self.desk, "ONDA DRIVER - 91", delay=50, MF_Driver=driver)
+        self.desk.start()
+        self.print_a_receipt()
+
+    def test_taken_over_from_the_point_of_sale(self):
+        driver = f"C:\\{self.PROGRAM} {fiscal_driver.arguments(self.desk)}"
+        local = f"[Varie]\r\nMisPre=91\r\nDelay=50\r\nMF_FILE_DRIVER={driver}\r\n"
+        self.desk.c("MERIDIA\\_Local.ini").write_bytes(local.encode("cp1252"))
+        fiscal_driver.configure(self.desk, "ONDA DRIVER - 91", Orbis_Setting=-1)
+        self.desk.start()
+        self.print_a_receipt()
+        self.assertEqual(self.desk.read_settings()["MF_Driver"], driver)
+
+
 class InputFileDrivers(Scenario):
     def test_receipts_reach_a_driver_that_consumes_its_input_file(self):
         fiscal_driver.configure(self.desk, "CASIO/DITRON - 24")

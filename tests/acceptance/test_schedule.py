@@ -108,14 +108,14 @@ class Operations(Scenario):
 
     def runtime(self):
         """A database runtime that notes its arguments, one a line."""
-        script = self.desk.c("rt")
+        script = self.desk.c("Access 97 Runtime")
         script.mkdir()
         script /= "msaccess.exe"
         self.arguments = self.desk.root / "argomenti"
         unfinished = f"{self.arguments}.nuovo"
         script.write_text(f"#!/bin/sh\nprintf '%s\\n' \"$@\" > {unfinished}\nmv {unfinished} {self.arguments}\n")
         script.chmod(0o755)
-        self.desk.settings(RunTimeOrbis51="C:\\rt\\msaccess.exe")
+        self.desk.settings(RunTimeOrbis51="C:\\Access 97 Runtime\\msaccess.exe")
 
     def noted_arguments(self):
         wait_for(self.arguments.exists, "the runtime's start")

@@ -33,7 +33,7 @@ struct Computer {
   Files files{journal};
   Profiles profiles{journal};
   Clock clock{journal};
-  Processes processes{journal};
+  Processes processes{journal, trace};
   SerialPorts serialPorts{journal};
   PrinterObject Printer{journal};
   Dialogs dialogs{journal};

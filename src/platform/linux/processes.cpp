@@ -1,4 +1,4 @@
-// Processes: starting with a clean slate, waiting on process descriptors.
+// Processes: starting in a session of their own, waiting on process descriptors.
 #include "platform/linux/processes.h"
 
 #include <fcntl.h>
@@ -11,8 +11,9 @@
 #include <string>
 #include <vector>
 
+#include "platform/command_line.h"
 #include "platform/linux/kernel/reason.h"
-#include "platform/linux/processes/command_line.h"
+#include "platform/linux/processes/program_file.h"
 
 namespace tellaxis::platform {
 
@@ -35,17 +36,18 @@ done 3<"$tellaxis_file"
 /// Handles are multiples of 4, as the numbers 0 and 1 have a meaning to those who use them.
 constexpr ProcessHandle handleStep = 4;
 
-std::vector<std::string> argumentsFor(const std::string& program, std::vector<std::string> words) {
-  if (!isBatchFile(program)) return words;
-  std::vector<std::string> arguments{"/bin/sh", "-c", batchRunner, words.front(), program, "\r"};
-  arguments.insert(arguments.end(), words.begin() + 1, words.end());
-  return arguments;
+/// The words that the program sees; the first is its own name. A batch file is carried out by the shell.
+std::vector<std::string> wordsFor(const std::string& program, std::string_view arguments) {
+  std::vector<std::string> words{program};
+  if (isBatchFile(program)) words = {"/bin/sh", "-c", batchRunner, program, program, "\r"};
+  for (std::string& word : wordsOf(arguments)) words.push_back(std::move(word));
+  return words;
 }
 
 /// What a child begins with: a session of its own, all signals as usual, no descriptor of ours.
-class CleanSlate {
+class ChildSetup {
  public:
-  CleanSlate() {
+  ChildSetup() {
     ::posix_spawn_file_actions_init(&actions_);
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
       ::posix_spawn_file_actions_addopen(&actions_, stream, "/dev/null", stream == STDIN_FILENO ? O_RDONLY : O_WRONLY,
@@ -59,20 +61,20 @@ class CleanSlate {
     ::posix_spawnattr_setsigdefault(&attributes_, &signals);
     ::posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
   }
-  ~CleanSlate() {
+  ~ChildSetup() {
     ::posix_spawnattr_destroy(&attributes_);
     ::posix_spawn_file_actions_destroy(&actions_);
   }
-  CleanSlate(const CleanSlate&) = delete;
-  CleanSlate& operator=(const CleanSlate&) = delete;
+  ChildSetup(const ChildSetup&) = delete;
+  ChildSetup& operator=(const ChildSetup&) = delete;
 
   /// 0, or the number of the error.
-  int spawn(pid_t& process, const char* program, std::vector<std::string> arguments) const {
+  int spawn(pid_t& process, std::vector<std::string> words) const {
     std::vector<char*> pointers;
-    pointers.reserve(arguments.size() + 1);
-    for (std::string& argument : arguments) pointers.push_back(argument.data());
+    pointers.reserve(words.size() + 1);
+    for (std::string& word : words) pointers.push_back(word.data());
     pointers.push_back(nullptr);
-    return ::posix_spawn(&process, program, &actions_, &attributes_, pointers.data(), environ);
+    return ::posix_spawn(&process, pointers.front(), &actions_, &attributes_, pointers.data(), environ);
   }
 
  private:
@@ -83,22 +85,15 @@ class CleanSlate {
 }  // namespace
 
 ProcessId LinuxProcesses::start(std::string_view commandLine, WindowStyle) {
-  std::vector<std::string> words = wordsOf(commandLine);
-  if (words.empty() || commandLine.find('\0') != std::string_view::npos) {
-    failed("start", commandLine, "non c'\xE8 un programma");
+  const auto command = findCommand(commandLine, [this](std::string_view name) { return programFile(name, paths_); });
+  if (!command) {
+    failed("start", commandLine, readingsOf(commandLine).empty() ? "non c'\xE8 un programma" : reasonOf(ENOENT));
     return 0;
   }
-  const auto program = findProgram(words.front(), paths_);
-  if (!program) {
-    failed("start", words.front(), reasonOf(ENOENT));
-    return 0;
-  }
-  const std::string name = words.front();
-  const std::vector<std::string> arguments = argumentsFor(*program, std::move(words));
+  const std::vector<std::string> words = wordsFor(command->program, command->arguments);
   pid_t process = 0;
-  const char* image = isBatchFile(*program) ? arguments.front().c_str() : program->c_str();
-  if (const int error = CleanSlate().spawn(process, image, arguments); error != 0) {
-    failed("start", name, reasonOf(error));
+  if (const int error = ChildSetup().spawn(process, words); error != 0) {
+    failed("start", commandLine, reasonOf(error));
     return 0;
   }
   reaper_.add(process);

@@ -3,6 +3,7 @@
 
 #include <optional>
 
+#include "platform/command_line.h"
 #include "platform/windows/kernel/native.h"
 
 namespace tellaxis::platform {
@@ -21,35 +22,18 @@ WORD showCommand(WindowStyle wanted) {
   return SW_SHOWNORMAL;
 }
 
-struct Command {
-  std::wstring program;
-  std::wstring arguments;  ///< as written, with the blanks before them
-};
-
-/// Double quotes group; they are no part of the program's name.
-Command split(std::wstring_view line) {
-  Command command;
-  const std::size_t first = line.find_first_not_of(L" \t");
-  line.remove_prefix(first == std::wstring_view::npos ? line.size() : first);
-  bool quoted = false;
-  std::size_t end = 0;
-  for (; end < line.size() && (quoted || (line[end] != L' ' && line[end] != L'\t')); ++end) {
-    if (line[end] == L'"')
-      quoted = !quoted;
-    else
-      command.program += line[end];
-  }
-  command.arguments = line.substr(end);
-  return command;
+bool isFile(const std::wstring& path) {
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 
-/// The full path: of a name with a folder in it, from the present folder; of a bare name, from the search path.
-std::optional<std::wstring> resolved(const std::wstring& program) {
+/// The full path of the program's file: of a path, from the present folder; of a bare name, from the search path.
+std::optional<std::wstring> programFile(std::string_view name) {
+  const std::wstring program = wide(name);
   wchar_t path[MAX_PATH];
-  const bool bare = program.find_first_of(L"\\/:") == std::wstring::npos;
-  const DWORD length = bare ? SearchPathW(nullptr, program.c_str(), L".exe", MAX_PATH, path, nullptr)
-                            : GetFullPathNameW(program.c_str(), MAX_PATH, path, nullptr);
-  if (length == 0 || length >= MAX_PATH) return std::nullopt;
+  const DWORD length = isPath(name) ? GetFullPathNameW(program.c_str(), MAX_PATH, path, nullptr)
+                                    : SearchPathW(nullptr, program.c_str(), nullptr, MAX_PATH, path, nullptr);
+  if (length == 0 || length >= MAX_PATH || !isFile(path)) return std::nullopt;
   return std::wstring(path, length);
 }
 
@@ -58,14 +42,13 @@ HANDLE native(ProcessHandle handle) { return reinterpret_cast<HANDLE>(handle); }
 }  // namespace
 
 ProcessId WindowsProcesses::start(std::string_view commandLine, WindowStyle style) {
-  const Command command = split(wide(commandLine));
-  const auto program = resolved(command.program);
-  if (!program) {
-    failed(trace_, "start", commandLine);
+  const auto command = findCommand(commandLine, programFile);
+  if (!command) {
+    failed(trace_, "start", commandLine, systemReason(ERROR_FILE_NOT_FOUND));
     return 0;
   }
-  // The full path in quotes: a batch file is found only so, and ".exe" is added where there is no extension.
-  std::wstring line = L'"' + *program + L'"' + command.arguments;
+  // The full path in quotes: a batch file is found only so.
+  std::wstring line = L'"' + command->program + L'"' + wide(command->arguments);
   STARTUPINFOW startup = {};
   startup.cb = sizeof startup;
   startup.dwFlags = STARTF_USESHOWWINDOW;

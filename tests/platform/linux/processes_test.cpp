@@ -10,7 +10,7 @@
 #include <functional>
 #include <thread>
 
-#include "platform/linux/processes/command_line.h"
+#include "platform/linux/processes/program_file.h"
 #include "platform/temporary_folder.h"
 #include "platform/trace_log.h"
 
@@ -34,7 +34,7 @@ bool soon(const std::function<bool()>& condition) {
   return false;
 }
 
-TEST(CommandLineWords, AreSplitAtBlanksAndGroupedByQuotes) {
+TEST(ArgumentWords, AreSplitAtBlanksAndGroupedByQuotes) {
   EXPECT_THAT(wordsOf("a  b\tc "), ElementsAre("a", "b", "c"));
   EXPECT_THAT(wordsOf(R"("C:\Access 97\msaccess.exe" /runtime /wrkgrp "C:\M\System.mdw" x)"),
               ElementsAre(R"(C:\Access 97\msaccess.exe)", "/runtime", "/wrkgrp", R"(C:\M\System.mdw)", "x"));
@@ -90,9 +90,10 @@ TEST_F(LinuxProcessesTest, WhatCannotBeStartedGivesNoneAndSaysWhy) {
   EXPECT_EQ(processes.start("C:\\data.exe", style), 0U);
   EXPECT_EQ(processes.start("", style), 0U);
   EXPECT_EQ(processes.start("  ", style), 0U);
-  EXPECT_THAT(trace.lines,
-              ElementsAre("start | C:\\none.exe | non esiste", "start | no-such-program-anywhere | non esiste",
-                          "start | C:\\data.exe | accesso negato", HasSubstr("programma"), HasSubstr("programma")));
+  EXPECT_THAT(
+      trace.lines,
+      ElementsAre("start | C:\\none.exe arguments | non esiste", "start | no-such-program-anywhere | non esiste",
+                  "start | C:\\data.exe | accesso negato", HasSubstr("programma"), HasSubstr("programma")));
 }
 
 TEST_F(LinuxProcessesTest, WaitingEndsWithTheProgram) {
