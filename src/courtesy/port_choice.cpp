@@ -1,11 +1,11 @@
 // Port choice: port names and the walk over the installed printers.
 #include "courtesy/port_choice.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "core/values.h"
 #include "platform/locale.h"
-
 #include "text/letter_case.h"
 
 namespace tellaxis {
@@ -14,6 +14,22 @@ namespace {
 
 bool matches(std::string_view left, std::string_view right, Matching matching) {
   return matching == Matching::exact ? left == right : equalIgnoringCase(left, right);
+}
+
+/// "COM3" of "COM3:".
+std::string_view withoutColon(std::string_view port) {
+  return port.ends_with(':') ? port.substr(0, port.size() - 1) : port;
+}
+
+/// One of the ports of a pool ("COM3:,COM4:"); the colon at the end does not count.
+bool isAmong(std::string_view pool, std::string_view port, Matching matching) {
+  while (withoutColon(port) != "") {
+    const std::size_t comma = pool.find(',');
+    if (matches(withoutColon(pool.substr(0, comma)), withoutColon(port), matching)) return true;
+    if (comma == std::string_view::npos) return false;
+    pool.remove_prefix(comma + 1);
+  }
+  return false;
 }
 
 std::string setting(const Bridge& bridge) {
@@ -32,12 +48,15 @@ std::string portName(const Bridge& bridge) {
 std::optional<platform::InstalledPrinter> selectPrinterOnPort(platform::Host& host, std::string_view port,
                                                               Matching matching) {
   const auto printers = host.Printer.Printers().value_or(std::vector<platform::InstalledPrinter>());
-  for (std::size_t i = 0; i < printers.size(); ++i) {
-    if (!matches(printers[i].Port, port, matching)) continue;
-    host.Printer.select(i);
-    return printers[i];
-  }
-  return std::nullopt;
+  const auto given = [&](const platform::InstalledPrinter& printer) { return matches(printer.Port, port, matching); };
+  const auto inOtherWords = [&](const platform::InstalledPrinter& printer) {
+    return isAmong(printer.Port, port, matching);
+  };
+  auto found = std::ranges::find_if(printers, given);
+  if (found == printers.end()) found = std::ranges::find_if(printers, inOtherWords);
+  if (found == printers.end()) return std::nullopt;
+  host.Printer.select(static_cast<std::size_t>(found - printers.begin()));
+  return *found;
 }
 
 }  // namespace tellaxis

@@ -70,6 +70,26 @@ TEST(LinePrinters, TakeAPortNumberAndAPortName) {
     }
 }
 
+TEST(LinePrinters, FindThePortInAPoolAndWithoutItsColonWhereNoneMatchesExactly) {
+  for (const Renderer renderer : renderers)
+    for (const std::string_view port : {"LPT2:,COM3:", "COM3:,COM4:", "COM3", "LPT2,com3"}) {
+      CourtesyDesk desk("A", "");
+      desk.computer.Printer.installed = {{"altra", "COM1:"}, {"vuota", ""}, {"questa", std::string(port)}};
+      EXPECT_THAT(desk.print(renderer), Contains("select 2")) << port;
+      desk.computer.Printer.installed.push_back({"esatta", "COM3:"});
+      EXPECT_THAT(desk.print(renderer), Contains("select 3")) << port;
+    }
+}
+
+TEST(LinePrinters, APortLeftEmptyIsNoPrintersPort) {
+  for (const Renderer renderer : renderers) {
+    CourtesyDesk desk("A", "");
+    desk.computer.Printer.installed = {{"altra", "COM1:"}, {"vuota", ""}};
+    desk.bridge.settings.Cort_Com = std::string();
+    EXPECT_THAT(desk.print(renderer), Not(Contains("select 1")));
+  }
+}
+
 TEST(LinePrinters, PrintOnTheCurrentPrinterWhereNoneHasThePort) {
   for (const Renderer renderer : renderers)
     for (const std::string_view setting : {"LPT1:", "4", ""}) {

@@ -74,6 +74,18 @@ class DeviceFonts(Scenario):
         self.assertEqual(len(told), 1, program.complaints)
         self.assertIn("non ha questo carattere", told[0])
 
+    def test_a_printer_that_asks_for_a_file_name_is_refused_and_the_next_job_is_printed(self):
+        DevicePrinter(self.desk, "Stampa in un file", "FILE:", ["FontA11"])
+        self.desk.settings(Cort_Active=-1, Cort_Printer="OLIVETTI PRT100 NonFiscale", Cort_Com="LPT7", Cort_Logo=0)
+        program = self.desk.start("--trace")
+        for number in (1, 2):
+            self.desk.drop(f"preconto{number}.txt", "N:SCO:TXT:Caffe\r\n", folder="CortOrbis")
+            wait_for(lambda: not self.desk.jobs("CortOrbis") and not self.desk.jobs("CortIN"), "the job taken", 30)
+        program.stop()
+        refused = [line for line in program.complaints if "chiede il nome di un file" in line]
+        self.assertGreaterEqual(len(refused), 2, program.complaints)
+        self.assertIn("FILE:", refused[0])
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -10,6 +10,7 @@
 
 #include "platform/windows/kernel/native.h"
 #include "platform/windows/printing/pictures.h"
+#include "platform/windows/printing/printer_ports.h"
 
 namespace tellaxis::platform {
 
@@ -185,22 +186,27 @@ class GdiDocument : public DocumentSink {
 
 class GdiBackEnd : public PrinterBackEnd {
  public:
-  GdiBackEnd(std::string name, Trace& trace) : name_(std::move(name)), trace_(trace) {}
+  GdiBackEnd(InstalledPrinter printer, Trace& trace) : printer_(std::move(printer)), trace_(trace) {}
 
   std::unique_ptr<DocumentSink> open() override {
-    auto document = std::make_unique<GdiDocument>(name_, trace_);
+    if (asksForAnswer(printer_.Port)) {
+      failed(trace_, "StartDoc", printer_.DeviceName,
+             "la porta " + printer_.Port + " chiede il nome di un file per ogni documento");
+      return nullptr;
+    }
+    auto document = std::make_unique<GdiDocument>(printer_.DeviceName, trace_);
     return document->start() ? std::move(document) : nullptr;
   }
 
  private:
-  std::string name_;
+  InstalledPrinter printer_;
   Trace& trace_;
 };
 
 }  // namespace
 
-std::unique_ptr<PrinterBackEnd> gdiBackEnd(std::string_view name, Trace& trace) {
-  return std::make_unique<GdiBackEnd>(std::string(name), trace);
+std::unique_ptr<PrinterBackEnd> gdiBackEnd(const InstalledPrinter& printer, Trace& trace) {
+  return std::make_unique<GdiBackEnd>(printer, trace);
 }
 
 }  // namespace tellaxis::platform

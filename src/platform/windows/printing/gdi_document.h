@@ -2,14 +2,15 @@
 #pragma once
 
 #include <memory>
-#include <string_view>
 
+#include "platform/printers.h"
 #include "platform/printing/document.h"
 #include "platform/trace.h"
 
 namespace tellaxis::platform {
 
-/// What prints on the printer called `name`, page by page, with the fonts of its own driver.
-std::unique_ptr<PrinterBackEnd> gdiBackEnd(std::string_view name, Trace& trace);
+/// What prints on `printer`, page by page, with the fonts of its own driver. A printer whose port asks for a file's
+/// name is refused: the dialog would keep every device waiting.
+std::unique_ptr<PrinterBackEnd> gdiBackEnd(const InstalledPrinter& printer, Trace& trace);
 
 }  // namespace tellaxis::platform

@@ -1,4 +1,4 @@
-// Printers of Windows: EnumPrinters with ports.
+// Printers of Windows: EnumPrinters, without a question to any print server.
 #include "platform/windows/printing/installed_printers.h"
 
 #include <windows.h>
@@ -6,17 +6,67 @@
 #include <winspool.h>
 
 #include <algorithm>
-#include <span>
+#include <cstring>
+#include <string>
 
 #include "platform/windows/kernel/native.h"
 #include "platform/windows/printing/gdi_document.h"
+#include "platform/windows/printing/printer_ports.h"
 
 namespace tellaxis::platform {
 
 namespace {
 
-constexpr DWORD kinds = PRINTER_ENUM_LOCAL | PRINTER_ENUM_CONNECTIONS;
-constexpr DWORD withPorts = 2;
+std::string text(const wchar_t* wideText) { return narrowForReading(wideText == nullptr ? L"" : wideText); }
+
+/// What EnumPrinters tells at this level (the kind of `Information`) about these kinds of printers.
+template <class Information>
+std::optional<std::vector<Information>> enumerate(DWORD kinds, DWORD level, std::vector<BYTE>& buffer) {
+  DWORD size = 0;
+  DWORD count = 0;
+  EnumPrintersW(kinds, nullptr, level, nullptr, 0, &size, &count);
+  buffer.resize(size);
+  if (!EnumPrintersW(kinds, nullptr, level, buffer.data(), size, &size, &count)) return std::nullopt;
+  std::vector<Information> entries(count);
+  std::memcpy(entries.data(), buffer.data(), count * sizeof(Information));
+  return entries;
+}
+
+/// Of local printers and connections, from the registry alone: a print server that is switched off does not delay it.
+std::optional<std::vector<std::string>> printerNames() {
+  std::vector<BYTE> buffer;
+  const auto entries = enumerate<PRINTER_INFO_4W>(PRINTER_ENUM_LOCAL | PRINTER_ENUM_CONNECTIONS, 4, buffer);
+  if (!entries) return std::nullopt;
+  std::vector<std::string> names;
+  for (const PRINTER_INFO_4W& entry : *entries) names.push_back(text(entry.pPrinterName));
+  return names;
+}
+
+/// Nothing is asked of the connections here.
+std::vector<InstalledPrinter> localPrinters(Trace& trace) {
+  std::vector<BYTE> buffer;
+  const auto entries = enumerate<PRINTER_INFO_2W>(PRINTER_ENUM_LOCAL, 2, buffer);
+  if (!entries) failed(trace, "EnumPrinters", "porte delle stampanti");
+  std::vector<InstalledPrinter> printers;
+  for (const PRINTER_INFO_2W& entry : entries.value_or(std::vector<PRINTER_INFO_2W>()))
+    printers.push_back({text(entry.pPrinterName), text(entry.pPortName)});
+  return printers;
+}
+
+/// What the user's `Devices` key says of a printer.
+std::optional<std::string> userEntry(const std::string& printer) {
+  constexpr auto path = L"Software\\Microsoft\\Windows NT\\CurrentVersion\\Devices";
+  HKEY key = nullptr;
+  if (RegOpenKeyExW(HKEY_CURRENT_USER, path, 0, KEY_QUERY_VALUE, &key) != ERROR_SUCCESS) return std::nullopt;
+  wchar_t entry[512] = {};
+  DWORD size = sizeof entry - sizeof *entry;
+  DWORD kind = 0;
+  const LSTATUS status =
+      RegQueryValueExW(key, wide(printer).c_str(), nullptr, &kind, reinterpret_cast<BYTE*>(entry), &size);
+  RegCloseKey(key);
+  if (status != ERROR_SUCCESS || kind != REG_SZ) return std::nullopt;
+  return text(entry);
+}
 
 std::string defaultPrinter() {
   DWORD size = 0;
@@ -29,26 +79,19 @@ std::string defaultPrinter() {
 }  // namespace
 
 std::optional<std::vector<InstalledPrinter>> InstalledPrinters::list() {
-  DWORD size = 0;
-  DWORD count = 0;
-  EnumPrintersW(kinds, nullptr, withPorts, nullptr, 0, &size, &count);
-  std::vector<PRINTER_INFO_2W> buffer(size / sizeof(PRINTER_INFO_2W) + 1);
-  if (!EnumPrintersW(kinds, nullptr, withPorts, reinterpret_cast<BYTE*>(buffer.data()), size, &size, &count)) {
+  const auto names = printerNames();
+  if (!names) {
     failed(trace_, "EnumPrinters", "stampanti");
     return std::nullopt;
   }
-  std::vector<InstalledPrinter> printers;
-  for (const PRINTER_INFO_2W& information : std::span(buffer.data(), count)) {
-    const auto text = [](const wchar_t* wideText) { return narrowForReading(wideText == nullptr ? L"" : wideText); };
-    printers.push_back({text(information.pPrinterName), text(information.pPortName)});
-  }
+  std::vector<InstalledPrinter> printers = withPorts(*names, localPrinters(trace_), userEntry);
   const std::string first = defaultPrinter();
   std::ranges::stable_partition(printers, [&](const InstalledPrinter& printer) { return printer.DeviceName == first; });
   return printers;
 }
 
 std::unique_ptr<PrinterBackEnd> InstalledPrinters::backEnd(const InstalledPrinter& printer) {
-  return gdiBackEnd(printer.DeviceName, trace_);
+  return gdiBackEnd(printer, trace_);
 }
 
 }  // namespace tellaxis::platform

@@ -1,6 +1,6 @@
-// Terminate: what happens on an exception that nobody catches, and on abort: the program ends at once, without a box that
-// waits for somebody to press a key, and without the compiler's report, whose reader of mangled names would be larger than
-// the whole bridge's rules.
+// Terminate: what happens on an exception that nobody catches, and on abort: the program ends at once, without a box
+// that waits for somebody to press a key, and without the compiler's report, whose reader of mangled names would be
+// larger than the whole bridge's rules.
 #include <windows.h>
 
 #include <cstdlib>

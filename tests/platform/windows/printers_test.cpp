@@ -1,0 +1,55 @@
+// Tests of the list of printers of a Windows computer: ports without a question to print servers, ports that ask.
+#include <gmock/gmock.h>
+
+#include <map>
+
+#include "platform/trace_log.h"
+#include "platform/windows/printing/installed_printers.h"
+#include "platform/windows/printing/printer_ports.h"
+
+namespace tellaxis::platform {
+namespace {
+
+using testing::ElementsAre;
+
+TEST(WindowsPrinterPorts, AConnectionHasThePortOfTheUsersEntryAndNeverThatOfItsServer) {
+  const std::map<std::string, std::string> entries = {{"\\\\server\\cassa", "winspool,Ne02:"},
+                                                      {"scontrini", "winspool,LPT9:"}};
+  const auto entryOf = [&](const std::string& name) -> std::optional<std::string> {
+    const auto found = entries.find(name);
+    return found == entries.end() ? std::nullopt : std::optional(found->second);
+  };
+  std::vector<std::string> printers;
+  for (const auto& printer :
+       withPorts({"\\\\server\\cassa", "scontrini", "\\\\server\\senza"}, {{"scontrini", "COM3:"}}, entryOf))
+    printers.push_back(printer.DeviceName + " " + printer.Port);
+  EXPECT_THAT(printers, ElementsAre("\\\\server\\cassa Ne02:", "scontrini COM3:", "\\\\server\\senza "));
+}
+
+TEST(WindowsPrinterPorts, AnEntryNamesThePortAfterTheSpooler) {
+  EXPECT_EQ(portOfDevicesEntry("winspool,Ne00:"), "Ne00:");
+  EXPECT_EQ(portOfDevicesEntry("winspool,COM3:,COM4:"), "COM3:,COM4:");
+  EXPECT_EQ(portOfDevicesEntry("winspool"), "");
+  EXPECT_EQ(portOfDevicesEntry(""), "");
+}
+
+TEST(WindowsPrinterPorts, PortsThatAskForAFileAreKnownAloneAndInAPool) {
+  for (const char* port : {"FILE:", "file:", "PORTPROMPT:", "XPSPort:", "SHRFAX:", "COM3:,FILE:"})
+    EXPECT_TRUE(asksForAnswer(port)) << port;
+  for (const char* port : {"COM3:", "LPT1:", "USB001", "FILE", "nul:", "", "C:\\FILE:x"})
+    EXPECT_FALSE(asksForAnswer(port)) << port;
+}
+
+TEST(WindowsPrinters, APrinterThatAsksForAFileIsRefusedWithAReason) {
+  test::TraceLog trace;
+  InstalledPrinters printers(trace);
+  for (const char* port : {"PORTPROMPT:", "FILE:"})
+    EXPECT_EQ(printers.backEnd({"Stampa su PDF", port})->open(), nullptr);
+  EXPECT_THAT(
+      trace.lines,
+      ElementsAre("StartDoc | Stampa su PDF | la porta PORTPROMPT: chiede il nome di un file per ogni documento",
+                  "StartDoc | Stampa su PDF | la porta FILE: chiede il nome di un file per ogni documento"));
+}
+
+}  // namespace
+}  // namespace tellaxis::platform
