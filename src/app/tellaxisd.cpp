@@ -44,9 +44,10 @@ int stay(const CommandLine& line, const std::string& mainFolder) {
   if (!lock) return complain("un'altra copia serve gi\xC3\xA0 la cartella " + line.system.mainFolder, statusSecondCopy);
 
   platform::System& system = *std::get<std::unique_ptr<platform::System>>(opened);
-  Bridge bridge(system.host());
+  Bridge bridge(system.host(), system.options());
+  bridge.stopRequested = [&stop] { return stop.asked(); };
   std::unique_ptr<platform::JobNotices> notices;
-  if (system.options().prompt) notices = system.openJobNotices([&stop] { stop.wake(); });
+  if (bridge.options.prompt) notices = system.openJobNotices([&stop] { stop.wake(); });
   bridge.notices = notices.get();
   ConnectedDevices devices(bridge);
   runResident(bridge, devices, devices, mainFolder, line.pollingInterval, stop, sayReady);

@@ -64,12 +64,13 @@ WindowProgram::WindowProgram(const WindowSurroundings& surroundings, const std::
     : surroundings_(surroundings),
       taskBar_([this](int code) { Form_MouseMove(window_->form(), code, ScaleMode::pixels, 1); }),
       host_(withDesktop(surroundings.system.host(), boxes_, taskBar_)),
-      bridge_(host_),
+      bridge_(host_, surroundings.system.options()),
       devices_(*this),
       noted_(devices_, surroundings.activity, bridge_),
       polling_(bridge_, noted_),
       window_(new ui::MainWindow(bridge_, surroundings.activity, [this] { formEnded(); })) {
   modalDialogs();
+  bridge_.stopRequested = [this] { return ended_ || surroundings_.stop.asked(); };
   Form_Load(bridge_, devices_, mainFolder);
   window_->refresh();
   window_->Show();
@@ -107,7 +108,7 @@ void WindowProgram::tickNow() {
 }
 
 void WindowProgram::lookAround() {
-  if (surroundings_.stop.waitFor(0ms)) {
+  if (surroundings_.stop.asked()) {
     const bool answered = boxes_.answerAll();
     if (!ticking_ && !answered) window_->form().Unload();
     return;

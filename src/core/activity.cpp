@@ -1,9 +1,9 @@
 // Activity: noting jobs around the devices' own operations.
 #include "core/activity.h"
 
+#include <exception>
 #include <utility>
 
-#include "core/step_failed.h"
 #include "core/values.h"
 
 namespace tellaxis {
@@ -38,7 +38,7 @@ void NotedDevices::note(Device device, std::string_view jobFile, Job job) {
   activity_.begin(device, jobFile);
   try {
     job();
-  } catch (const StepFailed& failure) {
+  } catch (const std::exception& failure) {
     activity_.failed("stampa", jobFile, failure.what());
     activity_.end(bridge_.host.clock);
     throw;

@@ -3,11 +3,11 @@
 
 #include <array>
 #include <cstdint>
+#include <exception>
 #include <limits>
 
 #include "core/ini.h"
 #include "core/prompt.h"
-#include "core/step_failed.h"
 #include "platform/files.h"
 #include "platform/locale.h"
 #include "platform/trace.h"
@@ -19,13 +19,14 @@ namespace {
 struct RoutedKind {
   std::string_view kind;
   std::string_view gateKey;
+  std::string_view operation;
   void (Devices::*run)(std::string_view jobFile);
 };
 
 constexpr RoutedKind routedKinds[] = {
-    {"MF", "MF_Vuoto", &Devices::MF_Invia},
-    {"RF", "RF_Vuoto", nullptr},
-    {"CR", "Cort_Vuoto", &Devices::Cort_StampaFile},
+    {"MF", "MF_Vuoto", "MF_Invia", &Devices::MF_Invia},
+    {"RF", "RF_Vuoto", "", nullptr},
+    {"CR", "Cort_Vuoto", "Cort_StampaFile", &Devices::Cort_StampaFile},
 };
 
 const RoutedKind* findKind(std::string_view kind) {
@@ -42,6 +43,7 @@ class JobList {
     if (count_ < std::numeric_limits<std::int16_t>::max()) ++count_;
   }
 
+  bool isFull() const { return count_ >= capacity; }
   std::int16_t count() const { return std::min<std::int16_t>(count_, capacity); }
   std::string& at(std::int16_t index) { return jobs_.at(static_cast<std::size_t>(index)); }
 
@@ -59,10 +61,12 @@ void endWithBackslash(std::string& folder) {
   if (!folder.ends_with('\\')) folder += '\\';
 }
 
+/// What finds no room is moved all the same, unless waiting jobs are kept: then it waits for the next pass.
 JobList moveAll(const Bridge& bridge, const std::string& dropFolder, const std::string& workFolder) {
   platform::Files& files = bridge.host.files;
   JobList jobs;
   for (const std::string& name : files.list(dropFolder).value_or(std::vector<std::string>())) {
+    if (bridge.options.keepWaiting && jobs.isFull()) break;
     if (!isWhole(bridge, dropFolder + name)) continue;
     const std::string workFile = workFolder + name;
     jobs.add(workFile);
@@ -70,6 +74,30 @@ JobList moveAll(const Bridge& bridge, const std::string& dropFolder, const std::
     files.move(dropFolder + name, workFile);
   }
   return jobs;
+}
+
+/// Runs one job of a device. Whatever goes wrong in it, lack of memory included, is the job's own end and not the
+/// bridge's.
+template <class Job>
+void runJob(Bridge& bridge, std::string_view operation, std::string_view jobFile, Job job) {
+  try {
+    job();
+  } catch (const std::exception& failure) {
+    bridge.host.trace.failed(operation, jobFile, failure.what());
+  }
+}
+
+/// Runs and deletes the jobs in their order until the program is to end, and gives back how many were begun.
+std::int16_t runAll(Bridge& bridge, Devices& devices, JobList& jobs, const RoutedKind* routed) {
+  std::int16_t begun = 0;
+  for (; begun < jobs.count() && !bridge.stopRequested(); ++begun) {
+    std::string& job = jobs.at(begun);
+    if (routed != nullptr && routed->run != nullptr)
+      runJob(bridge, routed->operation, job, [&] { (devices.*routed->run)(job); });
+    bridge.host.files.remove(job);
+    job.clear();
+  }
+  return begun;
 }
 
 bool gateIsOpen(Bridge& bridge, std::string_view gateKey) {
@@ -89,11 +117,8 @@ void SmistaFile(Bridge& bridge, Devices& devices, std::string& dropFolder, std::
 
   JobList jobs = moveAll(bridge, dropFolder, workFolder);
   const RoutedKind* routed = findKind(kind);
-  for (std::int16_t i = 0; i < jobs.count(); ++i) {
-    if (routed != nullptr && routed->run != nullptr) (devices.*routed->run)(jobs.at(i));
-    files.remove(jobs.at(i));
-    jobs.at(i).clear();
-  }
+  for (std::int16_t left = runAll(bridge, devices, jobs, routed); left < jobs.count(); ++left)
+    files.move(jobs.at(left), dropFolder + jobs.at(left).substr(workFolder.size()));
   if (routed != nullptr) ScriviImpostazione(bridge.host, routed->gateKey, yes, settingsFile);
 }
 
@@ -101,18 +126,17 @@ void Polling::Timer1_Timer() {
   if (ticking_) return;
   ticking_ = true;
   watchJobs(bridge_, watched_);
-  pollDisplay();
-  pollFiscalPrinter();
-  pollSlipPrinter();
-  pollCourtesyPrinter();
+  for (const auto poll :
+       {&Polling::pollDisplay, &Polling::pollFiscalPrinter, &Polling::pollSlipPrinter, &Polling::pollCourtesyPrinter})
+    if (!bridge_.stopRequested()) (this->*poll)();
   ticking_ = false;
 }
 
 void Polling::pollDisplay() {
   const Settings& settings = bridge_.settings;
   if (!settings.Display_Active || settings.Display_File.empty()) return;
-  if (bridge_.host.files.exists(settings.Display_File) && isWhole(bridge_, settings.Display_File))
-    devices_.LanciaFileDisplay();
+  if (!bridge_.host.files.exists(settings.Display_File) || !isWhole(bridge_, settings.Display_File)) return;
+  runJob(bridge_, "LanciaFileDisplay", settings.Display_File, [this] { devices_.LanciaFileDisplay(); });
 }
 
 void Polling::pollFiscalPrinter() {
@@ -131,11 +155,7 @@ void Polling::pollSlipPrinter() {
   if (!settings.RF_Active || !bridge_.host.files.exists(settings.RF_File)) return;
   if (!isWhole(bridge_, settings.RF_File)) return;
   if (settings.RF_Stampante.empty() || !isGreaterThanZero(settings.RF_Seriale, bridge_.host.locale.regional())) return;
-  try {
-    devices_.LanciaFileRF();
-  } catch (const StepFailed& failure) {
-    bridge_.host.trace.failed("LanciaFileRF", settings.RF_File, failure.what());
-  }
+  runJob(bridge_, "LanciaFileRF", settings.RF_File, [this] { devices_.LanciaFileRF(); });
 }
 
 void Polling::pollCourtesyPrinter() {

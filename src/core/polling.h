@@ -16,7 +16,9 @@ inline constexpr int usualPollingInterval = 500;
 /// Moves every waiting file of `dropFolder` into `workFolder`, then runs and deletes them in listing order. `kind` is
 /// "MF", "CR" or "RF"; of another kind files are moved and deleted, but nothing is run. The folder arguments come back
 /// with a trailing backslash. At most 101 jobs run in one pass; files beyond them are moved and stay in the work folder
-/// until the next start.
+/// until the next start, or with `keep_waiting` wait in the drop folder for the next pass. A request to stop ends the
+/// pass between two jobs: what was not begun goes back into the drop folder. A job that fails with an exception is
+/// traced and deleted like the others.
 void SmistaFile(Bridge& bridge, Devices& devices, std::string& dropFolder, std::string_view settingsFile,
                 std::string& workFolder, std::string_view kind);
 
@@ -25,8 +27,8 @@ class Polling {
  public:
   Polling(Bridge& bridge, Devices& devices) : bridge_(bridge), devices_(devices) {}
 
-  /// One pass: display, fiscal printer, slip printer, courtesy printer. A tick that comes while one is under way, as a
-  /// message box may let it, does nothing.
+  /// One pass: display, fiscal printer, slip printer, courtesy printer, until the program is to end. A tick that comes
+  /// while one is under way, as a message box may let it, does nothing.
   void Timer1_Timer();
 
  private:

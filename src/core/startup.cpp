@@ -13,18 +13,23 @@ namespace tellaxis {
 namespace {
 
 constexpr std::string_view gateKeys[] = {"MF_Vuoto", "RF_Vuoto", "Cort_Vuoto"};
-constexpr std::string_view jobFolders[] = {"\\CortOrbis", "\\CortIN", "\\Orbis", "\\IN"};
+struct JobFolder {
+  std::string_view name;
+  bool jobsWaitHere;  ///< as against those that are under way
+};
+
+constexpr JobFolder jobFolders[] = {{"\\CortOrbis", true}, {"\\CortIN", false}, {"\\Orbis", true}, {"\\IN", false}};
 constexpr std::string_view stationRoles[] = {"CLIENT", "SERVER"};
 constexpr std::string_view usualPointOfSaleFolder = "C:\\Meridia";
 constexpr std::string_view usualRuntime = "C:\\Programmi\\Access 97 Runtime\\msaccess.exe";
 
 void prepareJobFolders(Bridge& bridge) {
-  for (const std::string_view name : jobFolders) {
-    const std::string folder = bridge.settings.mainFolder + std::string(name);
-    if (bridge.host.files.folderExists(folder))
-      bridge.host.files.removeAll(folder);
-    else
+  for (const JobFolder& row : jobFolders) {
+    const std::string folder = bridge.settings.mainFolder + std::string(row.name);
+    if (!bridge.host.files.folderExists(folder))
       bridge.host.files.createFolder(folder);
+    else if (!row.jobsWaitHere || !bridge.options.keepWaiting)
+      bridge.host.files.removeAll(folder);
   }
 }
 

@@ -8,8 +8,9 @@
 
 namespace tellaxis {
 
-/// The start-up: opens the gates, creates the job folders or empties them of jobs left from an earlier run, settles the
-/// point-of-sale folder, runs the setup procedures, loads the settings. `mainFolder` carries no trailing separator.
+/// The start-up: opens the gates, creates the job folders or empties them of jobs left from an earlier run (with
+/// `keep_waiting` only of those that were under way), settles the point-of-sale folder, runs the setup procedures,
+/// loads the settings. `mainFolder` carries no trailing separator.
 void Form_Load(Bridge& bridge, DeviceSetup& setup, std::string mainFolder);
 
 /// Settles the point-of-sale folder and notes the path of the database runtime that starts the point-of-sale

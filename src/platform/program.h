@@ -26,6 +26,9 @@ class StopRequest {
   /// Waits up to `duration` and returns true as soon as somebody asked to stop.
   bool waitFor(std::chrono::milliseconds duration);
 
+  /// True once somebody asked to stop.
+  bool asked() const;
+
   /// Ends the wait that is under way, or the next one, before its time. May be called from any thread.
   void wake();
 };

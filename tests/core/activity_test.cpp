@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <new>
 
 #include "core/step_failed.h"
 #include "fake/computer.h"
@@ -99,6 +100,12 @@ TEST_F(ActivityTest, AJobThatLeftAtOnceIsNotedAndLeavesAllTheSame) {
   devices.job = [] { throw StepFailed("EndDoc"); };
   EXPECT_THROW(noted.LanciaFileRF(), StepFailed);
   EXPECT_EQ(last(Device::slipPrinter).failure, "stampa C:\\RF\\ricevuta.txt: EndDoc");
+}
+
+TEST_F(ActivityTest, AJobThatExhaustedTheMemoryIsNotedToo) {
+  devices.job = [] { throw std::bad_alloc(); };
+  EXPECT_THROW(noted.MF_Invia("C:\\IN\\a"), std::bad_alloc);
+  EXPECT_EQ(last(Device::fiscalPrinter).failure, "stampa C:\\IN\\a: std::bad_alloc");
 }
 
 TEST_F(ActivityTest, AGoodJobClearsTheFailureBefore) {

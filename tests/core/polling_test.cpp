@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <new>
+
 #include "core/fake_devices.h"
 #include "core/ini.h"
 #include "core/step_failed.h"
@@ -21,7 +23,7 @@ constexpr std::string_view file = "C:\\cassa\\_Tellaxis.ini";
 
 /// A cash desk with empty job folders and all devices active, ready to be polled.
 struct Desk {
-  Desk() {
+  explicit Desk(platform::BridgeOptions options = {}) : bridge(computer.host, std::move(options)) {
     Settings& settings = bridge.settings;
     setMainFolder(settings, "C:\\cassa");
     for (const char* folder : {"C:\\cassa\\CortOrbis", "C:\\cassa\\CortIN", "C:\\cassa\\Orbis", "C:\\cassa\\IN"})
@@ -41,7 +43,7 @@ struct Desk {
   std::vector<std::string> jobs() { return computer.journal.callsThatBegin("MF_Invia"); }
 
   fake::Computer computer;
-  Bridge bridge{computer.host};
+  Bridge bridge;
   fake::Devices devices{computer.journal};
   Polling polling{bridge, devices};
   std::string dropFolder = "C:\\cassa\\Orbis";
@@ -154,6 +156,56 @@ TEST_F(SmistaFile, AJobThatComesWhileOthersRunWaitsForTheNextPass) {
   EXPECT_TRUE(computer.files.has("C:\\cassa\\Orbis\\tardi.txt"));
 }
 
+TEST_F(SmistaFile, AJobThatExhaustsTheMemoryEndsItselfAlone) {
+  drop("a.txt");
+  drop("b.txt");
+  devices.onJob = [](std::string_view operation) {
+    if (operation.ends_with("a.txt")) throw std::bad_alloc();
+  };
+  route("MF");
+  EXPECT_THAT(jobs(), ElementsAre("MF_Invia C:\\cassa\\IN\\a.txt", "MF_Invia C:\\cassa\\IN\\b.txt"));
+  EXPECT_THAT(computer.trace.failures, ElementsAre("MF_Invia C:\\cassa\\IN\\a.txt: std::bad_alloc"));
+  EXPECT_FALSE(computer.files.has("C:\\cassa\\IN\\a.txt"));
+}
+
+TEST_F(SmistaFile, ARequestToStopEndsThePassAndPutsBackWhatWasNotBegun) {
+  for (const char* name : {"a.txt", "b.txt", "c.txt"}) drop(name);
+  bool stop = false;
+  bridge.stopRequested = [&] { return stop; };
+  devices.onJob = [&](std::string_view) { stop = true; };
+  route("MF");
+  EXPECT_THAT(jobs(), ElementsAre("MF_Invia C:\\cassa\\IN\\a.txt"));
+  EXPECT_FALSE(computer.files.has("C:\\cassa\\IN\\a.txt"));
+  for (const char* name : {"b.txt", "c.txt"}) {
+    EXPECT_EQ(computer.files.text("C:\\cassa\\Orbis\\" + std::string(name)), name);
+    EXPECT_FALSE(computer.files.has("C:\\cassa\\IN\\" + std::string(name)));
+  }
+}
+
+TEST_F(SmistaFile, WhatIsPutBackDoesNotReplaceANewerJobOfItsName) {
+  drop("a.txt");
+  drop("b.txt");
+  bool stop = false;
+  bridge.stopRequested = [&] { return stop; };
+  devices.onJob = [&](std::string_view) {
+    stop = true;
+    computer.files.put("C:\\cassa\\Orbis\\b.txt", "nuovo");
+  };
+  route("MF");
+  EXPECT_EQ(computer.files.text("C:\\cassa\\Orbis\\b.txt"), "nuovo");
+}
+
+TEST(KeepWaiting, WhatFindsNoRoomInAPassWaitsForTheNext) {
+  Desk desk(platform::BridgeOptions{.keepWaiting = true});
+  for (int i = 1; i <= 105; ++i) desk.drop("job" + std::to_string(1000 + i));
+  desk.route("MF");
+  EXPECT_THAT(desk.jobs(), SizeIs(101));
+  EXPECT_TRUE(desk.computer.files.has("C:\\cassa\\Orbis\\job1102"));
+  desk.route("MF");
+  EXPECT_THAT(desk.jobs(), SizeIs(105));
+  EXPECT_EQ(desk.jobs().back(), "MF_Invia C:\\cassa\\IN\\job1105");
+}
+
 TEST_F(SmistaFile, AFailingStepIsSkippedAndTheRestHappens) {
   const auto run = [](std::size_t failingCall) {
     Desk desk;
@@ -254,6 +306,36 @@ TEST_F(Tick, ASlipJobThatFailsDoesNotKeepTheCourtesyPrinterWaiting) {
   polling.Timer1_Timer();
   EXPECT_THAT(computer.journal.callsThatBegin("Cort_StampaFile"), SizeIs(1));
   EXPECT_THAT(computer.trace.failures, ElementsAre("LanciaFileRF C:\\rf.txt: Print"));
+}
+
+TEST_F(Tick, AJobOfAnyDeviceThatExhaustsTheMemoryEndsItselfAlone) {
+  computer.files.put("C:\\display.txt", "x");
+  computer.files.put("C:\\rf.txt", "x");
+  computer.files.put("C:\\cassa\\CortOrbis\\c.txt", "x");
+  drop("a.txt");
+  devices.onJob = [](std::string_view) { throw std::bad_alloc(); };
+  polling.Timer1_Timer();
+  EXPECT_THAT(computer.trace.failures,
+              ElementsAre("LanciaFileDisplay C:\\display.txt: std::bad_alloc",
+                          "MF_Invia C:\\cassa\\IN\\a.txt: std::bad_alloc", "LanciaFileRF C:\\rf.txt: std::bad_alloc",
+                          "Cort_StampaFile C:\\cassa\\CortIN\\c.txt: std::bad_alloc"));
+  devices.onJob = nullptr;
+  drop("b.txt");
+  polling.Timer1_Timer();
+  EXPECT_EQ(jobs().back(), "MF_Invia C:\\cassa\\IN\\b.txt");
+}
+
+TEST_F(Tick, AfterARequestToStopNoDeviceIsGivenAnotherJob) {
+  computer.files.put("C:\\rf.txt", "x");
+  computer.files.put("C:\\cassa\\CortOrbis\\c.txt", "x");
+  drop("a.txt");
+  bool stop = false;
+  bridge.stopRequested = [&] { return stop; };
+  devices.onJob = [&](std::string_view) { stop = true; };
+  polling.Timer1_Timer();
+  EXPECT_THAT(jobs(), SizeIs(1));
+  EXPECT_THAT(computer.journal.callsThatBegin("LanciaFileRF"), IsEmpty());
+  EXPECT_TRUE(computer.files.has("C:\\cassa\\CortOrbis\\c.txt"));
 }
 
 TEST_F(Tick, DoesNothingWhileAnotherIsUnderWay) {

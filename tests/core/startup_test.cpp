@@ -19,12 +19,14 @@ using testing::ElementsAreArray;
 constexpr std::string_view file = "C:\\cassa\\_Tellaxis.ini";
 
 struct Desk {
+  explicit Desk(platform::BridgeOptions options = {}) : bridge(computer.host, std::move(options)) {}
+
   void start() { Form_Load(bridge, devices, "C:\\cassa"); }
   void store(std::string_view key, std::string_view value) { computer.profiles.put(file, "Varie", key, value); }
   std::string stored(std::string_view key) { return computer.profiles.value(file, "Varie", key).value_or("(absent)"); }
 
   fake::Computer computer;
-  Bridge bridge{computer.host};
+  Bridge bridge;
   fake::Devices devices{computer.journal};
 };
 
@@ -45,6 +47,19 @@ TEST_F(StartUp, DeletesJobsLeftFromAnEarlierRun) {
   start();
   EXPECT_FALSE(computer.files.has("C:\\cassa\\Orbis\\scontrino.txt"));
   EXPECT_THAT(computer.journal.callsThatBegin("MF_Invia"), testing::IsEmpty());
+}
+
+TEST(KeepWaiting, JobsThatWaitedSurviveAStartAndThoseUnderWayDoNot) {
+  Desk desk(platform::BridgeOptions{.keepWaiting = true});
+  for (const char* folder : {"CortOrbis", "CortIN", "Orbis", "IN"}) {
+    desk.computer.files.addFolder("C:\\cassa\\" + std::string(folder));
+    desk.computer.files.put("C:\\cassa\\" + std::string(folder) + "\\scontrino.txt", "x");
+  }
+  desk.start();
+  for (const char* folder : {"CortOrbis", "Orbis"})
+    EXPECT_TRUE(desk.computer.files.has("C:\\cassa\\" + std::string(folder) + "\\scontrino.txt")) << folder;
+  for (const char* folder : {"CortIN", "IN"})
+    EXPECT_FALSE(desk.computer.files.has("C:\\cassa\\" + std::string(folder) + "\\scontrino.txt")) << folder;
 }
 
 TEST_F(StartUp, DropsTheBackslashAtTheEndOfThePointOfSaleFolder) {

@@ -19,6 +19,7 @@ namespace {
 
 constexpr int stopSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
+volatile std::sig_atomic_t stopAsked = 0;
 int stopEvent = -1;
 int wakeEvent = -1;
 struct sigaction formerActions[std::size(stopSignals)];
@@ -27,6 +28,7 @@ struct sigaction formerActions[std::size(stopSignals)];
 void requestStop(int) {
   const int error = errno;
   for (const int stopSignal : stopSignals) ::signal(stopSignal, SIG_DFL);
+  stopAsked = 1;
   ::eventfd_write(stopEvent, 1);
   errno = error;
 }
@@ -45,6 +47,7 @@ std::string programFolder() {
 }
 
 StopRequest::StopRequest() {
+  stopAsked = 0;
   stopEvent = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
   wakeEvent = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
   struct sigaction action {};
@@ -78,6 +81,8 @@ bool StopRequest::waitFor(std::chrono::milliseconds duration) {
     return waiting[0].revents != 0;
   }
 }
+
+bool StopRequest::asked() const { return stopAsked != 0; }
 
 void StopRequest::wake() { ::eventfd_write(wakeEvent, 1); }
 

@@ -75,6 +75,8 @@ bool StopRequest::waitFor(std::chrono::milliseconds duration) {
   return WaitForMultipleObjects(2, events, FALSE, milliseconds) == WAIT_OBJECT_0;
 }
 
+bool StopRequest::asked() const { return WaitForSingleObject(stopRequested, 0) == WAIT_OBJECT_0; }
+
 void StopRequest::wake() { SetEvent(wakeRequested); }
 
 }  // namespace tellaxis::platform
