@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "core/values.h"
+#include "text/trimmed.h"
 
 namespace tellaxis {
 

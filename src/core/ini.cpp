@@ -3,6 +3,7 @@
 
 #include "platform/locale.h"
 #include "platform/profiles.h"
+#include "text/trimmed.h"
 
 namespace tellaxis {
 

@@ -3,17 +3,12 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string_view>
 
 #include "platform/host.h"
 #include "platform/serial_port.h"
 
 namespace tellaxis {
-
-/// The line that a text such as "9600,N,8,1" describes: bits a second, parity (N, O, E, M, S), 7 or 8 data bits, 1, 1.5
-/// or 2 stop bits; nothing for a text of another form.
-std::optional<platform::LineSettings> lineSettingsFromText(std::string_view text);
 
 /// A serial line as a control of the form: settings are kept while the line is closed and applied when it opens.
 /// Every property assignment is a step of its own that may fail; a failed one changes nothing and is traced.

@@ -8,6 +8,7 @@
 #include "core/ini.h"
 #include "platform/locale.h"
 #include "platform/trace.h"
+#include "text/trimmed.h"
 
 namespace tellaxis {
 

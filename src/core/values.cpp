@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "text/letter_case.h"
+#include "text/trimmed.h"
 
 namespace tellaxis {
 
@@ -63,12 +64,6 @@ std::optional<std::string> plainNotation(std::string_view text, const RegionalSe
 }
 
 }  // namespace
-
-std::string_view trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
 
 std::string textOf(const Value& value, const RegionalSettings& regional) {
   struct TextForm {

@@ -28,9 +28,6 @@ using Value = std::variant<Null, std::string, std::int16_t, Currency, bool>;
 inline constexpr std::int16_t yes = -1;
 inline constexpr std::int16_t no = 0;
 
-/// `text` without the blanks at both ends.
-std::string_view trimmed(std::string_view text);
-
 /// The text form of a value: integers in decimal, numbers with the region's decimal sign, truth values as the region's
 /// words.
 std::string textOf(const Value& value, const RegionalSettings& regional);

@@ -7,6 +7,7 @@
 #include "core/values.h"
 #include "platform/locale.h"
 #include "text/letter_case.h"
+#include "text/trimmed.h"
 
 namespace tellaxis {
 

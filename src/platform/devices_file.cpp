@@ -14,6 +14,7 @@
 #include <toml++/toml.h>
 
 #include "text/code_page.h"
+#include "text/letter_case.h"
 
 namespace tellaxis::platform {
 
@@ -106,6 +107,24 @@ std::optional<PrinterTarget> networkTarget(std::string_view address) {
   return EscPosNetworkTarget{std::string(host), port};
 }
 
+/// A device, and the line settings behind its last colon where something with digits and commas stands there; device
+/// names have colons too.
+std::optional<PrinterTarget> deviceTarget(std::string_view text) {
+  const std::size_t colon = text.rfind(':');
+  std::string_view settings = text.substr(colon == std::string_view::npos ? text.size() : colon + 1);
+  const bool hasSettings = !settings.empty() && settings.front() >= '0' && settings.front() <= '9' &&
+                           settings.find(',') != std::string_view::npos;
+  if (!hasSettings) return EscPosDeviceTarget{std::string(text), std::nullopt};
+  constexpr std::string_view flowEnding = ",CTS";
+  const bool flow = settings.size() > flowEnding.size() &&
+                    equalIgnoringAsciiCase(settings.substr(settings.size() - flowEnding.size()), flowEnding);
+  if (flow) settings.remove_suffix(flowEnding.size());
+  auto line = lineSettingsFromText(settings);
+  if (!line || colon == 0) return std::nullopt;
+  if (flow) line->flowControl = FlowControl::cts;
+  return EscPosDeviceTarget{std::string(text.substr(0, colon)), line};
+}
+
 std::optional<PrinterTarget> targetFrom(std::string_view text) {
   if (takePrefix(text, "folder:")) return FolderTarget{std::string(text)};
   if (takePrefix(text, "cups:")) return QueueTarget{std::string(text)};
@@ -113,7 +132,7 @@ std::optional<PrinterTarget> targetFrom(std::string_view text) {
   if (takePrefix(text, "tcp://")) return networkTarget(text);
   if (takePrefix(text, "cups:")) return EscPosQueueTarget{std::string(text)};
   if (text == "cups:" || text.find("://") != std::string_view::npos) return std::nullopt;
-  return EscPosDeviceTarget{std::string(text)};
+  return deviceTarget(text);
 }
 
 PrinterDefinition printerFrom(const toml::table& table) {

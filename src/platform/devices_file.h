@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/bridge_options.h"
+#include "platform/line_settings.h"
 #include "platform/printers.h"
 
 namespace tellaxis::platform {
@@ -29,9 +30,12 @@ struct QueueTarget {
   std::string queue;
 };
 
-/// "escpos:DEVICE": receipt-printer commands, written to a device. Paths as for folders.
+/// "escpos:DEVICE": receipt-printer commands, written to a device. Paths as for folders. Settings of a serial line may
+/// follow, "escpos:COM3:9600,N,8,1"; with ",CTS" behind them the printer may hold our bytes back by that line. Without
+/// settings the line keeps those it has.
 struct EscPosDeviceTarget {
   std::string device;
+  std::optional<LineSettings> line;
 };
 
 /// "escpos:tcp://HOST:PORT".

@@ -1,25 +1,12 @@
 // Serial ports: COM lines opened by number, written to, and closed.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
 #include <memory>
 #include <string_view>
 
+#include "platform/line_settings.h"
+
 namespace tellaxis::platform {
-
-enum class Parity : std::uint8_t { none, odd, even, mark, space };
-enum class StopBits : std::uint8_t { one, onePointFive, two };
-
-/// The line's speed and framing.
-struct LineSettings {
-  int baud = 9600;  ///< bits a second
-  Parity parity = Parity::none;
-  int dataBits = 8;
-  StopBits stopBits = StopBits::one;
-
-  bool operator==(const LineSettings&) const = default;
-};
 
 /// Sizes that the driver is asked for, in bytes, and the counts of bytes at which it would raise an event (0: never).
 struct LineBuffers {

@@ -120,10 +120,29 @@ TEST(DevicesFile, KnowsEveryTarget) {
   EXPECT_EQ(targetOf<EscPosNetworkTarget>("escpos:tcp://[::1]:9100").host, "::1");
 }
 
+TEST(DevicesFile, ALineOfAReceiptPrinterHasItsSettingsBehindItsName) {
+  const auto windows = targetOf<EscPosDeviceTarget>("escpos:COM3:19200,E,7,2");
+  EXPECT_EQ(windows.device, "COM3");
+  EXPECT_EQ(windows.line, (LineSettings{19200, Parity::even, 7, StopBits::two}));
+  const auto linux = targetOf<EscPosDeviceTarget>("escpos:/dev/ttyUSB0:9600,n,8,1,cts");
+  EXPECT_EQ(linux.device, "/dev/ttyUSB0");
+  EXPECT_EQ(linux.line, (LineSettings{9600, Parity::none, 8, StopBits::one, FlowControl::cts}));
+}
+
+TEST(DevicesFile, AColonInADevicesNameBeginsNoSettings) {
+  for (const std::string device :
+       {"C:/Stampe/uscita.bin", "/dev/serial/by-path/pci-0000:00:14.0-usb-0:2:1.0", "COM3:", "/dev/a:b,c"}) {
+    const auto target = targetOf<EscPosDeviceTarget>("escpos:" + device);
+    EXPECT_EQ(target.device, device);
+    EXPECT_EQ(target.line, std::nullopt);
+  }
+}
+
 TEST(DevicesFile, RefusesUnknownTargetsWithTheirPlace) {
   for (const char* target :
        {"folder:", "cups:", "escpos:", "escpos:cups:", "escpos:tcp://host", "escpos:tcp://:9100", "escpos:tcp://h:0",
-        "escpos:tcp://h:99999", "escpos:tcp://h:9100x", "escpos:http://h:1", "spool/l90", "Folder:x"})
+        "escpos:tcp://h:99999", "escpos:COM3:9600,N,9,1", "escpos:COM3:9600,", "escpos::9600,N,8,1",
+        "escpos:tcp://h:9100x", "escpos:http://h:1", "spool/l90", "Folder:x"})
     EXPECT_EQ(errorOf(withTarget(target)),
               "devices.toml, riga 4, colonna 10: destinazione sconosciuta \"" + std::string(target) + "\"");
 }
