@@ -57,4 +57,10 @@ void runScheduledOnce(platform::Host& host, const std::string& mainFolder, const
   OperazioniPianificate(bridge);
 }
 
+int runOnce(platform::Host& host, const CommandLine& line, const std::string& mainFolder) {
+  if (line.command == Command::ftp) return transferOnce(host, mainFolder) ? 0 : statusNotTransferred;
+  runScheduledOnce(host, mainFolder, line.stationRole, line.now);
+  return 0;
+}
+
 }  // namespace tellaxis

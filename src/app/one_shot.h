@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "app/command_line.h"
 #include "platform/clock.h"
 #include "platform/host.h"
 
@@ -17,5 +18,8 @@ bool transferOnce(platform::Host& host, const std::string& mainFolder);
 /// "CLIENT").
 void runScheduledOnce(platform::Host& host, const std::string& mainFolder, const std::string& stationRole,
                       const std::optional<platform::DateTime>& now);
+
+/// Carries out the command of `line`, which is one operation, and returns the program's status.
+int runOnce(platform::Host& host, const CommandLine& line, const std::string& mainFolder);
 
 }  // namespace tellaxis

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "app/command_line.h"
+#include "app/one_shot.h"
 #include "app/window_program.h"
 #include "core/activity.h"
 #include "platform/instance.h"
@@ -71,11 +72,19 @@ int showWindow(const WindowSurroundings& surroundings, const std::string& mainFo
   return wxEntry(count, words);
 }
 
+/// One operation, without a window: unlike the program without one it brings no console window to the screen.
+int carryOut(const CommandLine& line, const std::string& mainFolder) {
+  auto opened = platform::openSystem(line.system);
+  if (const auto* error = std::get_if<platform::SystemError>(&opened)) return complain(error->message, statusUnusable);
+  return runOnce(std::get<std::unique_ptr<platform::System>>(opened)->host(), line, mainFolder);
+}
+
 int run(const CommandLine& line) {
   const std::string& folder = line.system.mainFolder;
   const auto mainFolder = codePageFromUtf8(folder);
   if (!mainFolder)
     return complain("--main-folder " + folder + ": il nome ha caratteri che non si possono usare", statusUnusable);
+  if (line.command != Command::stay) return carryOut(line, *mainFolder);
   if (!ui::displayIsThere()) return complain(noDisplay, statusUnusable);
 
   platform::StopRequest stop;
@@ -99,7 +108,7 @@ int run(const CommandLine& line) {
 int main(int count, char** words) {
   try {
     const std::vector<std::string> arguments = platform::programArguments(count, words);
-    const auto read = readCommandLine(program, arguments);
+    const auto read = readCommandLine(program, arguments, OneShots::offered);
     if (const auto* message = std::get_if<EndAtOnce>(&read)) {
       say(message->status == 0 ? stdout : stderr, message->text);
       return message->status;

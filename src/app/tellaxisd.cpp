@@ -55,13 +55,10 @@ int stay(const CommandLine& line, const std::string& mainFolder) {
 }
 
 /// Beside a copy that stays, or without one.
-int runOnce(const CommandLine& line, const std::string& mainFolder) {
+int carryOut(const CommandLine& line, const std::string& mainFolder) {
   auto opened = platform::openSystem(line.system);
   if (const auto* error = std::get_if<platform::SystemError>(&opened)) return complain(error->message, statusUnusable);
-  platform::Host& host = std::get<std::unique_ptr<platform::System>>(opened)->host();
-  if (line.command == Command::ftp) return transferOnce(host, mainFolder) ? 0 : statusNotTransferred;
-  runScheduledOnce(host, mainFolder, line.stationRole, line.now);
-  return 0;
+  return runOnce(std::get<std::unique_ptr<platform::System>>(opened)->host(), line, mainFolder);
 }
 
 int run(const CommandLine& line) {
@@ -69,7 +66,7 @@ int run(const CommandLine& line) {
   const auto mainFolder = codePageFromUtf8(folder);
   if (!mainFolder)
     return complain("--main-folder " + folder + ": il nome ha caratteri che non si possono usare", statusUnusable);
-  return line.command == Command::stay ? stay(line, *mainFolder) : runOnce(line, *mainFolder);
+  return line.command == Command::stay ? stay(line, *mainFolder) : carryOut(line, *mainFolder);
 }
 
 }  // namespace

@@ -108,6 +108,7 @@ void WindowProgram::tickNow() {
 }
 
 void WindowProgram::lookAround() {
+  if (!ended_) host_.tray.keep();
   if (surroundings_.stop.asked()) {
     const bool answered = boxes_.answerAll();
     if (!ticking_ && !answered) window_->form().Unload();

@@ -14,7 +14,8 @@ std::vector<std::string> programArguments(int count, char** words);
 /// Native path of the folder that holds this program, without a trailing separator.
 std::string programFolder();
 
-/// Requests to end: SIGINT and SIGTERM, Ctrl-C, the console's close. From construction on they only set a mark;
+/// Requests to end: SIGINT and SIGTERM, Ctrl-C, the console's close, the end of the user's session (which waits a few
+/// seconds for this object's end). From construction on they only set a mark;
 /// a second one ends the program at once.
 class StopRequest {
  public:

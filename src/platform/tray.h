@@ -29,6 +29,9 @@ class Tray {
 
   /// Hands a record to the desktop. Adding an icon that is there already, or removing one that is not, is a failure.
   virtual bool notify(TrayAction action, const TrayRecord& record) = 0;
+
+  /// To be called now and then: adds an icon again that the desktop was too busy to take or has lost since.
+  virtual void keep() {}
 };
 
 }  // namespace tellaxis::platform

@@ -8,10 +8,10 @@ import unittest
 from pathlib import Path
 
 from harness import EMULATOR, Scenario, program_path, wait_for
+from screen import NOWHERE, open_screen
 
 PROGRAM = Path(os.environ["TELLAXIS"])
 TRAY_ICON = (11, 886)  # in the lower left corner, where the tray is made
-NOWHERE = {"stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
 
 
 @unittest.skipUnless(
@@ -20,23 +20,12 @@ NOWHERE = {"stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL, "stderr": 
 class Window(Scenario):
     def setUp(self):
         super().setUp()
-        self.display = self._open_display()
+        self.display = open_screen(self)
         self.environment = {**self.desk.environment(), "DISPLAY": self.display}
         self._accompany("trayer", "--edge", "bottom", "--align", "left", "--widthtype", "percent", "--width", "100")
         options = ["--main-folder", program_path(self.desk.main), "--locale", "it_IT"]
         self.program = self._accompany(*EMULATOR, str(PROGRAM), *options)
         wait_for(lambda: self._state() == "IsViewable", "the window", 60)
-
-    def _open_display(self):
-        reading, writing = os.pipe()
-        self._keep(
-            subprocess.Popen(
-                ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1280x900x24"], pass_fds=[writing], **NOWHERE
-            )
-        )
-        os.close(writing)
-        with os.fdopen(reading) as number:
-            return ":" + number.readline().strip()
 
     def _keep(self, process):
         def end():

@@ -1,7 +1,9 @@
-// Clock of Windows: GetLocalTime and Sleep.
+// Clock of Windows: GetLocalTime, and waiting that answers what is sent to the window.
 #include "platform/windows/clock.h"
 
 #include <windows.h>
+
+#include "platform/windows/kernel/patient_wait.h"
 
 namespace tellaxis::platform {
 
@@ -23,7 +25,7 @@ DateTime WindowsClock::now() {
 }
 
 void WindowsClock::sleep(std::chrono::milliseconds duration) {
-  if (duration.count() > 0) Sleep(static_cast<DWORD>(duration.count()));
+  if (duration.count() > 0) waitPatiently(nullptr, static_cast<DWORD>(duration.count()));
 }
 
 }  // namespace tellaxis::platform

@@ -5,6 +5,7 @@
 
 #include "platform/command_line.h"
 #include "platform/windows/kernel/native.h"
+#include "platform/windows/kernel/patient_wait.h"
 
 namespace tellaxis::platform {
 
@@ -73,7 +74,7 @@ ProcessHandle WindowsProcesses::open(ProcessId process) {
 }
 
 bool WindowsProcesses::wait(ProcessHandle handle) {
-  return WaitForSingleObject(native(handle), INFINITE) == WAIT_OBJECT_0 ||
+  return (handle != 0 && waitPatiently(native(handle), INFINITE)) ||
          failed(trace_, "WaitForSingleObject", std::to_string(handle));
 }
 

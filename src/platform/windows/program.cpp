@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "platform/windows/kernel/native.h"
+#include "platform/windows/kernel/session_window.h"
 
 namespace tellaxis::platform {
 
@@ -21,6 +22,9 @@ std::atomic<HANDLE> stopRequested = nullptr;
 
 /// Set to end a wait before its time; resets itself.
 HANDLE wakeRequested = nullptr;
+
+/// Of the only request to stop that there is.
+std::unique_ptr<SessionWindow> sessionWindow;
 
 /// The console outlives the program and gets back what it had.
 UINT formerConsoleCodePage = 0;
@@ -40,6 +44,8 @@ BOOL WINAPI consoleEvent(DWORD kind) {
 std::vector<std::string> programArguments(int /*count*/, char** /*words*/) {
   // No "there is no disk in the drive", no report of a crash: nobody is there to press a key, and jobs would wait.
   SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX);
+  // A window that is slow to answer stays what it is: a ghost in its place gets closed in the midst of a receipt.
+  DisableProcessWindowsGhosting();
   // What main gets has been through the machine's own code page, and patterns in it have been expanded.
   int count = 0;
   const std::unique_ptr<wchar_t*, decltype(&LocalFree)> words(CommandLineToArgvW(GetCommandLineW(), &count), LocalFree);
@@ -61,9 +67,11 @@ StopRequest::StopRequest() {
   stopRequested = CreateEventW(nullptr, TRUE, FALSE, nullptr);
   wakeRequested = CreateEventW(nullptr, FALSE, FALSE, nullptr);
   SetConsoleCtrlHandler(consoleEvent, TRUE);
+  sessionWindow = std::make_unique<SessionWindow>(stopRequested);
 }
 
 StopRequest::~StopRequest() {
+  sessionWindow.reset();
   SetConsoleCtrlHandler(consoleEvent, FALSE);
   CloseHandle(stopRequested.exchange(nullptr));
   CloseHandle(std::exchange(wakeRequested, nullptr));

@@ -1,14 +1,11 @@
-// Tray of Windows: Shell_NotifyIconA with the record that every version of the shell knows.
+// Tray of Windows: the record field by field, and adding it again until it is there.
 #include "platform/windows/tray.h"
-
-#include <windows.h>
-// After windows.h, which it needs.
-#include <shellapi.h>
 
 #include <algorithm>
 #include <cstddef>
 
 #include "platform/windows/kernel/native.h"
+#include "platform/windows/kernel/session_window.h"
 
 namespace tellaxis::platform {
 
@@ -21,11 +18,10 @@ constexpr std::size_t tipSize = 64;
 static_assert(offsetof(NOTIFYICONDATAA, szTip) + tipSize == 88);
 #endif
 
-}  // namespace
+/// A busy shell keeps each attempt waiting for seconds.
+constexpr DWORD betweenAttempts = 2'000;
 
-bool WindowsTray::available() { return FindWindowA("Shell_TrayWnd", nullptr) != nullptr; }
-
-bool WindowsTray::notify(TrayAction action, const TrayRecord& record) {
+NOTIFYICONDATAA native(const TrayRecord& record) {
   NOTIFYICONDATAA data = {};
   data.cbSize = record.size;
   data.hWnd = reinterpret_cast<HWND>(record.window);
@@ -34,7 +30,39 @@ bool WindowsTray::notify(TrayAction action, const TrayRecord& record) {
   data.uCallbackMessage = record.callbackMessage;
   data.hIcon = reinterpret_cast<HICON>(record.icon);
   record.tip.copy(data.szTip, tipSize - 1);
-  return Shell_NotifyIconA(static_cast<DWORD>(action), &data) || failed(trace_, "Shell_NotifyIcon", record.tip);
+  return data;
+}
+
+}  // namespace
+
+bool Shell::notifyIcon(DWORD action, NOTIFYICONDATAA& data) { return Shell_NotifyIconA(action, &data) != FALSE; }
+
+TaskBar Shell::taskBar() { return {FindWindowA("Shell_TrayWnd", nullptr), taskBarsCreated()}; }
+
+DWORD Shell::milliseconds() { return GetTickCount(); }
+
+bool WindowsTray::available() { return shell_.taskBar().window != nullptr; }
+
+bool WindowsTray::notify(TrayAction action, const TrayRecord& record) {
+  NOTIFYICONDATAA data = native(record);
+  const bool done = shell_.notifyIcon(static_cast<DWORD>(action), data);
+  const bool adding = action == TrayAction::add;
+  wanted_ = adding ? std::optional(record) : std::nullopt;
+  there_ = adding && done;
+  on_ = shell_.taskBar();
+  return done || failed(trace_, "Shell_NotifyIcon", record.tip);
+}
+
+void WindowsTray::keep() {
+  if (!wanted_) return;
+  const TaskBar present = shell_.taskBar();
+  if (there_ && present == on_) return;
+  if (shell_.milliseconds() - lastAttempt_ < betweenAttempts) return;
+  lastAttempt_ = shell_.milliseconds();
+  NOTIFYICONDATAA data = native(*wanted_);
+  // Adding fails where the icon is there after all: then it can be changed.
+  there_ = shell_.notifyIcon(NIM_ADD, data) || shell_.notifyIcon(NIM_MODIFY, data);
+  on_ = present;
 }
 
 }  // namespace tellaxis::platform
