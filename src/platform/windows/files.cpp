@@ -49,8 +49,20 @@ UniqueHandle openWithoutWriters(const std::wstring& path) {
                            FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
-bool heldByWriter(const std::wstring& path) {
-  return !openWithoutWriters(path) && GetLastError() == ERROR_SHARING_VIOLATION;
+/// Held is also what could not be deleted at the moment: after the job it would stay, and be done once more.
+bool isHeld(const std::wstring& path) {
+  const UniqueHandle file = owned(CreateFileW(path.c_str(), GENERIC_READ | DELETE, FILE_SHARE_READ | FILE_SHARE_DELETE,
+                                              nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  return !file && GetLastError() == ERROR_SHARING_VIOLATION;
+}
+
+/// The copy under its temporary name, which outlives a failure never.
+std::optional<std::wstring> copyAside(const std::wstring& source, const std::wstring& target) {
+  // Not tried again here: the folder above may simply not be ours to write in.
+  if (auto above = temporaryAbove(target); above && copyToNew(source, *above)) return above;
+  auto beside = temporaryBeside(target);
+  if (Patience().tryAgain([&] { return copyToNew(source, beside); })) return beside;
+  return std::nullopt;
 }
 
 }  // namespace
@@ -96,7 +108,7 @@ std::optional<std::vector<std::string>> WindowsFiles::list(std::string_view fold
   const std::wstring prefix = wide(folder) + L'\\';
   std::vector<std::string> names;
   for (const std::wstring& name : *found) {
-    if (heldByWriter(prefix + name)) continue;
+    if (isHeld(prefix + name)) continue;
     if (auto narrowName = narrow(name))
       names.push_back(std::move(*narrowName));
     else
@@ -106,27 +118,32 @@ std::optional<std::vector<std::string>> WindowsFiles::list(std::string_view fold
 }
 
 bool WindowsFiles::copy(std::string_view from, std::string_view to) {
+  const std::wstring source = wide(from);
   const std::wstring target = wide(to);
-  const std::wstring temporary = temporaryBeside(target);
-  if (!CopyFileW(wide(from).c_str(), temporary.c_str(), TRUE)) {
+  const auto temporary = copyAside(source, target);
+  if (!temporary) {
     const DWORD reason = GetLastError();
-    return failed(trace_, "copy", findFile(wide(from)) ? to : from, systemReason(reason));
+    return failed(trace_, "copy", findFile(source) ? to : from, systemReason(reason));
   }
-  // A copy inherits the mark that keeps its original from being written over.
-  SetFileAttributesW(temporary.c_str(), FILE_ATTRIBUTE_NORMAL);
-  return replaceFile(temporary, target) || failed(trace_, "copy", to);
+  return replaceFile(*temporary, target) || failed(trace_, "copy", to);
 }
 
 bool WindowsFiles::move(std::string_view from, std::string_view to) {
   const std::wstring source = wide(from);
-  // Held open until the file has its new name, it keeps new writers out.
-  const UniqueHandle guard = openWithoutWriters(source);
-  if (!guard) return failed(trace_, "move", from);
-  return MoveFileExW(source.c_str(), wide(to).c_str(), MOVEFILE_COPY_ALLOWED) || failed(trace_, "move", from);
+  const std::wstring target = wide(to);
+  const bool moved = Patience().tryAgain([&] {
+    // Held open until the file has its new name, it keeps new writers out.
+    const UniqueHandle guard = openWithoutWriters(source);
+    return guard && MoveFileExW(source.c_str(), target.c_str(), MOVEFILE_COPY_ALLOWED);
+  });
+  return moved || failed(trace_, "move", from);
 }
 
 bool WindowsFiles::remove(std::string_view path) {
-  return DeleteFileW(wide(path).c_str()) || failed(trace_, "remove", path);
+  const std::wstring name = wide(path);
+  // A folder is refused in the same words as a file that somebody holds.
+  const bool removed = folderExists(path) ? removeFile(name) : Patience().tryAgain([&] { return removeFile(name); });
+  return removed || failed(trace_, "remove", path);
 }
 
 bool WindowsFiles::canRemove(std::string_view path) {
@@ -142,8 +159,9 @@ bool WindowsFiles::removeAll(std::string_view folder) {
   const auto names = filesOf(wideFolder);
   if (!names) return failed(trace_, "removeAll", folder);
   bool allGone = true;
+  Patience patience;
   for (const std::wstring& name : *names) {
-    if (DeleteFileW((wideFolder + L'\\' + name).c_str())) continue;
+    if (patience.tryAgain([&] { return removeFile(wideFolder + L'\\' + name); })) continue;
     allGone = failed(trace_, "removeAll", std::string(folder) + "\\" + narrowForReading(name));
   }
   return allGone;

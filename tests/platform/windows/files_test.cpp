@@ -6,8 +6,12 @@
 // After windows.h, which it needs.
 #include <aclapi.h>
 
+#include <functional>
+#include <thread>
+
 #include "platform/temporary_folder.h"
 #include "platform/trace_log.h"
+#include "platform/windows/files/file_operations.h"
 #include "platform/windows/kernel/native.h"
 
 namespace tellaxis::platform {
@@ -173,6 +177,91 @@ TEST_F(WindowsFilesTest, AFileStillBeingWrittenIsNeitherListedNorMoved) {
   EXPECT_EQ(trace.lines.size(), 3U);
   EXPECT_THAT(files.list(folder / ""), Optional(ElementsAre("da.txt")));
   EXPECT_TRUE(files.move(folder / "da.txt", folder / "a.txt"));
+}
+
+/// A virus scanner: holds a file for a moment.
+struct Moment {
+  explicit Moment(UniqueHandle held)
+      : thread([handle = std::move(held)]() mutable {
+          Sleep(400);
+          handle.reset();
+        }) {}
+  ~Moment() { thread.join(); }
+  std::thread thread;
+};
+
+TEST_F(WindowsFilesTest, WhatIsHeldForAMomentIsMovedCopiedAndRemovedAllTheSame) {
+  const std::pair<const char*, std::function<bool()>> steps[] = {
+      {"a.txt", [&] { return files.move(folder / "a.txt", folder / "b.txt"); }},
+      {"b.txt", [&] { return files.copy(folder / "da.txt", folder / "b.txt"); }},
+      {"b.txt", [&] { return files.create(folder / "b.txt", "x", false); }},
+      {"b.txt", [&] { return files.remove(folder / "b.txt"); }},
+      {"da.txt", [&] { return files.removeAll(folder / "."); }},
+  };
+  folder.write("a.txt", "uno");
+  folder.write("da.txt", "due");
+  for (const auto& [held, step] : steps) {
+    const Moment moment(hold(held, GENERIC_READ, FILE_SHARE_READ));
+    EXPECT_TRUE(step()) << held;
+  }
+  EXPECT_THAT(folder.names(), IsEmpty());
+  EXPECT_THAT(trace.lines, IsEmpty());
+}
+
+TEST_F(WindowsFilesTest, WhatCouldNotBeDeletedAtTheMomentIsNotListed) {
+  folder.write("a.txt", "x");
+  {
+    const auto scanner = hold("a.txt", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
+    EXPECT_THAT(files.list(folder / ""), Optional(IsEmpty()));
+  }
+  {
+    const auto reader = hold("a.txt", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE);
+    EXPECT_THAT(files.list(folder / ""), Optional(ElementsAre("a.txt")));
+  }
+}
+
+TEST_F(WindowsFilesTest, ADeletedFileThatSomebodyStillHasOpenIsGone) {
+  std::filesystem::create_directories(folder.path("IN"));
+  folder.write("IN/a.txt", "x");
+  const auto reader = hold("IN/a.txt", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
+  ASSERT_TRUE(reader);
+  EXPECT_TRUE(files.remove(folder / "IN\\a.txt"));
+  EXPECT_FALSE(files.exists(folder / "IN\\a.txt"));
+  EXPECT_TRUE(files.create(folder / "IN\\a.txt", "y", false));
+  EXPECT_EQ(folder.read("IN/a.txt"), "y");
+}
+
+TEST(WindowsFileOperations, TheTemporaryLiesOutsideTheFolderOfItsTargetWhereThereIsOneAbove) {
+  const auto folderOf = [](const wchar_t* target) {
+    const auto path = temporaryAbove(target);
+    return path ? path->substr(0, path->find_last_of(L'\\')) : L"(none)";
+  };
+  EXPECT_EQ(folderOf(L"C:\\RCH\\in\\scontrino.txt"), L"C:\\RCH");
+  EXPECT_EQ(folderOf(L"C:\\RCH\\scontrino.txt"), L"C:");
+  EXPECT_EQ(folderOf(L"C:\\scontrino.txt"), L"(none)");
+  EXPECT_EQ(folderOf(L"scontrino.txt"), L"(none)");
+  EXPECT_EQ(folderOf(L"\\\\cassa\\dati\\in\\scontrino.txt"), L"\\\\cassa\\dati");
+  EXPECT_EQ(folderOf(L"\\\\cassa\\dati\\scontrino.txt"), L"(none)");
+}
+
+TEST_F(WindowsFilesTest, WhoWatchesAFolderSeesACopyAppearAsANewFile) {
+  std::filesystem::create_directories(folder.path("IN"));
+  folder.write("da.txt", "x");
+  const UniqueHandle watched = owned(CreateFileW(
+      folder.path("IN").c_str(), FILE_LIST_DIRECTORY, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+      OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OVERLAPPED, nullptr));
+  ASSERT_TRUE(watched);
+  alignas(DWORD) char buffer[4096];
+  OVERLAPPED overlapped = {};
+  const UniqueHandle event(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+  overlapped.hEvent = event.get();
+  ASSERT_TRUE(ReadDirectoryChangesW(watched.get(), buffer, sizeof buffer, FALSE, FILE_NOTIFY_CHANGE_FILE_NAME, nullptr,
+                                    &overlapped, nullptr));
+  ASSERT_TRUE(files.copy(folder / "da.txt", folder / "IN\\a.txt"));
+  ASSERT_EQ(WaitForSingleObject(event.get(), 20'000), WAIT_OBJECT_0);
+  const auto& first = *reinterpret_cast<const FILE_NOTIFY_INFORMATION*>(buffer);
+  EXPECT_EQ(first.Action, DWORD{FILE_ACTION_ADDED});
+  EXPECT_EQ(std::wstring(first.FileName, first.FileNameLength / sizeof(wchar_t)), L"a.txt");
 }
 
 TEST_F(WindowsFilesTest, OneFileIsRemovedAndAMissingOneIsAFailure) {

@@ -4,10 +4,14 @@
 #include <atomic>
 
 #include "platform/windows/kernel/native.h"
+#include "platform/windows/kernel/patient_wait.h"
 
 namespace tellaxis::platform {
 
 namespace {
+
+constexpr DWORD longestRefusal = 2'000;  // milliseconds
+constexpr DWORD betweenAttempts = 50;
 
 constexpr DWORD unseen = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
 
@@ -60,6 +64,12 @@ void discard(const std::wstring& path) {
   SetLastError(reason);
 }
 
+/// Opening it for oneself alone fails while anybody has the file open in any way.
+bool heldBySomebody(const std::wstring& path) {
+  const UniqueHandle alone = owned(CreateFileW(path.c_str(), DELETE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+  return !alone && GetLastError() == ERROR_SHARING_VIOLATION;
+}
+
 }  // namespace
 
 std::optional<std::wstring> findFile(const std::wstring& path) {
@@ -92,8 +102,55 @@ std::wstring temporaryBeside(const std::wstring& target) {
   return folder + L"~tlx" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++count) + L".tmp";
 }
 
+std::optional<std::wstring> temporaryAbove(const std::wstring& target) {
+  const std::size_t end = target.find_last_of(L"\\/");
+  if (end == std::wstring::npos || end == 0 || target[end - 1] == L':') return std::nullopt;
+  const std::size_t above = target.find_last_of(L"\\/", end - 1);
+  // The first two parts of a share's path are no folders.
+  const bool ofShare = target.starts_with(L"\\\\");
+  if (above == std::wstring::npos || (ofShare && target.find(L'\\', target.find(L'\\', 2) + 1) >= end))
+    return std::nullopt;
+  return temporaryBeside(target.substr(0, end));
+}
+
+bool Patience::tryAgain(const std::function<bool()>& step) {
+  while (!step()) {
+    const DWORD reason = GetLastError();
+    const bool inTheWay =
+        reason == ERROR_ACCESS_DENIED || reason == ERROR_SHARING_VIOLATION || reason == ERROR_LOCK_VIOLATION;
+    if (!begun_) begun_ = GetTickCount();
+    if (!inTheWay || GetTickCount() - *begun_ >= longestRefusal) {
+      SetLastError(reason);
+      return false;
+    }
+    waitPatiently(nullptr, betweenAttempts);
+  }
+  return true;
+}
+
+bool copyToNew(const std::wstring& from, const std::wstring& to) {
+  if (!CopyFileW(from.c_str(), to.c_str(), TRUE)) return false;
+  SetFileAttributesW(to.c_str(), FILE_ATTRIBUTE_NORMAL);
+  return true;
+}
+
+bool removeFile(const std::wstring& path) {
+  if (heldBySomebody(path))
+    if (const auto away = temporaryAbove(path); away && MoveFileExW(path.c_str(), away->c_str(), 0)) {
+      if (DeleteFileW(away->c_str())) return true;
+      const DWORD reason = GetLastError();
+      MoveFileExW(away->c_str(), path.c_str(), 0);
+      SetLastError(reason);
+      return false;
+    }
+  return DeleteFileW(path.c_str()) != FALSE;
+}
+
 bool replaceFile(const std::wstring& temporary, const std::wstring& target) {
-  if (MoveFileExW(temporary.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) return true;
+  if (Patience().tryAgain([&] {
+        return MoveFileExW(temporary.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+      }))
+    return true;
   discard(temporary);
   return false;
 }

@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -19,6 +20,28 @@ std::optional<std::vector<std::wstring>> filesOf(const std::wstring& folder);
 
 /// A path in the folder of `target` that no other process and no other call uses.
 std::wstring temporaryBeside(const std::wstring& target);
+
+/// The same in the folder above it, so that whoever watches the folder sees a new file appear, whole, and not one
+/// renamed. Nothing where there is none.
+std::optional<std::wstring> temporaryAbove(const std::wstring& target);
+
+/// How long a step is tried again that somebody stands in the way of: a virus scanner or an indexer holds new files for
+/// moments. One object may serve several steps.
+class Patience {
+ public:
+  /// Carries out `step` until it succeeds, fails for another reason, or the time is over.
+  bool tryAgain(const std::function<bool()>& step);
+
+ private:
+  std::optional<DWORD> begun_;  ///< the first refusal
+};
+
+/// Copies a file to a path where there is none, and leaves it without the mark that keeps it from being written over.
+bool copyToNew(const std::wstring& from, const std::wstring& to);
+
+/// Deletes a file. One that somebody still holds open gets another name outside its folder first, since it would keep
+/// its own until it is closed.
+bool removeFile(const std::wstring& path);
 
 /// Gives `temporary` the name `target`, whatever was there; on a failure `temporary` is gone.
 bool replaceFile(const std::wstring& temporary, const std::wstring& target);
