@@ -37,6 +37,9 @@ Opzioni:
   --interval MS            intervallo di controllo in millisecondi (di norma 500)
   --locale NOME            impostazioni internazionali, per esempio it_IT
   --trace                  scrive su standard error ogni passo non riuscito
+  --esci                   chiede di chiudersi alla copia che serve la cartella, quando ha
+                           finito il lavoro in corso, e aspetta; esce con 0 se si è chiusa,
+                           con 4 se non ce n'era una, con 1 se dopo 2 minuti c'è ancora
   --help                   questo testo
   --version                la versione
 )";
@@ -60,6 +63,7 @@ struct RawArguments {
   std::optional<std::string> stationRole;
   std::optional<std::string> now;
   bool trace = false;
+  bool endsOther = false;
   bool help = false;
   bool version = false;
 };
@@ -72,6 +76,7 @@ void declare(CLI::App& application, RawArguments& raw, OneShots oneShots) {
   application.add_option("--interval", raw.interval);
   application.add_option("--locale", raw.localeName);
   application.add_flag("--trace", raw.trace);
+  application.add_flag("--esci", raw.endsOther);
   application.add_flag("--help,-h", raw.help);
   application.add_flag("--version", raw.version);
   if (oneShots == OneShots::refused) return;
@@ -206,6 +211,7 @@ std::variant<CommandLine, EndAtOnce> checked(std::string_view program, const Raw
   line.system.devicesFile = raw.devicesFile;
   line.system.localeName = raw.localeName;
   line.system.trace = raw.trace;
+  line.endsOther = raw.endsOther;
   if (const auto complaint = readCommand(raw, line)) return unusable(program, *complaint);
   return line;
 }

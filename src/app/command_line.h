@@ -21,6 +21,7 @@ enum class OneShots : std::uint8_t { refused, offered };
 /// What the arguments ask for.
 struct CommandLine {
   platform::SystemOptions system;
+  bool endsOther = false;     ///< ask the copy on this main folder to end, and do nothing else
   int pollingInterval = 500;  ///< milliseconds
   Command command = Command::stay;
   std::string stationRole = "CLIENT";     ///< of `pianificate`
@@ -34,8 +35,10 @@ struct EndAtOnce {
 };
 
 inline constexpr int statusNotTransferred = 1;
+inline constexpr int statusNotEnded = 1;
 inline constexpr int statusUnusable = 2;
 inline constexpr int statusSecondCopy = 3;
+inline constexpr int statusNoCopy = 4;
 
 /// Reads the arguments that follow the program's name, in UTF-8. An unusable one gives an Italian line that names it.
 std::variant<CommandLine, EndAtOnce> readCommandLine(std::string_view program, std::span<const std::string> arguments,

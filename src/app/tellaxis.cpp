@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "app/command_line.h"
+#include "app/end_copy.h"
 #include "app/one_shot.h"
 #include "app/window_program.h"
 #include "core/activity.h"
@@ -84,6 +85,7 @@ int run(const CommandLine& line) {
   const auto mainFolder = codePageFromUtf8(folder);
   if (!mainFolder)
     return complain("--main-folder " + folder + ": il nome ha caratteri che non si possono usare", statusUnusable);
+  if (line.endsOther) return endOtherCopy(folder);
   if (line.command != Command::stay) return carryOut(line, *mainFolder);
   if (!ui::displayIsThere()) return complain(noDisplay, statusUnusable);
 
@@ -96,6 +98,7 @@ int run(const CommandLine& line) {
   const auto lock = platform::lockMainFolder(folder);
   if (!lock && platform::callWindow(folder)) return 0;
   if (!lock) return complain("un'altra copia, senza finestra, serve già la cartella " + folder, statusSecondCopy);
+  stop.heed(folder);
   const auto calls = platform::listenForWindowCalls(folder);
 
   const auto& system = std::get<std::unique_ptr<platform::System>>(opened);

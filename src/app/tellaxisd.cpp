@@ -7,6 +7,7 @@
 
 #include "app/command_line.h"
 #include "app/connected_devices.h"
+#include "app/end_copy.h"
 #include "app/one_shot.h"
 #include "app/resident.h"
 #include "core/bridge.h"
@@ -43,6 +44,7 @@ int stay(const CommandLine& line, const std::string& mainFolder) {
   const auto lock = platform::lockMainFolder(line.system.mainFolder);
   if (!lock) return complain("un'altra copia serve gi\xC3\xA0 la cartella " + line.system.mainFolder, statusSecondCopy);
 
+  stop.heed(line.system.mainFolder);
   platform::System& system = *std::get<std::unique_ptr<platform::System>>(opened);
   Bridge bridge(system.host(), system.options());
   bridge.stopRequested = [&stop] { return stop.asked(); };
@@ -66,6 +68,7 @@ int run(const CommandLine& line) {
   const auto mainFolder = codePageFromUtf8(folder);
   if (!mainFolder)
     return complain("--main-folder " + folder + ": il nome ha caratteri che non si possono usare", statusUnusable);
+  if (line.endsOther) return endOtherCopy(folder);
   return line.command == Command::stay ? stay(line, *mainFolder) : carryOut(line, *mainFolder);
 }
 

@@ -15,4 +15,8 @@ class InstanceLock {
 /// The lock of `mainFolder`, or null when another copy holds it. A copy that died without a word holds nothing.
 std::unique_ptr<InstanceLock> lockMainFolder(std::string_view mainFolder);
 
+/// Asks the copy that holds the lock of `mainFolder` to end, as Ctrl-C would. To be asked once: a second request may
+/// end the copy in the middle of a job. False when there is no such copy, or none that this user may ask.
+bool requestEnd(std::string_view mainFolder);
+
 }  // namespace tellaxis::platform

@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tellaxis::platform {
@@ -23,6 +24,9 @@ class StopRequest {
   ~StopRequest();
   StopRequest(const StopRequest&) = delete;
   StopRequest& operator=(const StopRequest&) = delete;
+
+  /// From now on `requestEnd(mainFolder)` of another process counts as well, where that is not a signal anyway.
+  void heed(std::string_view mainFolder);
 
   /// Waits up to `duration` and returns true as soon as somebody asked to stop.
   bool waitFor(std::chrono::milliseconds duration);

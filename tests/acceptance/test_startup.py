@@ -113,6 +113,25 @@ class CommandLine(Scenario):
         program.kill()
         self.assertEqual(self.desk.start().stop(), 0)
 
+    def test_a_copy_that_is_asked_to_end_ends_cleanly_and_leaves_its_folder(self):
+        program = self.desk.start()
+        self.assertEqual(self.run_to_end(*self.desk.arguments(), "--esci"), (0, [], []))
+        self.assertEqual(program.wait(), 0)
+        self.assertEqual(self.run_to_end(*self.desk.arguments(), "--esci"), (4, [], []), "there is no copy any more")
+        self.assertEqual(self.desk.start().stop(), 0)
+
+    def test_a_copy_that_is_asked_to_end_finishes_its_job_first(self):
+        fiscal_driver.configure(
+            self.desk, "ONDA DRIVER - 91", delay=5, MF_Driver=fiscal_driver.command_line(self.desk, work=800)
+        )
+        program = self.desk.start()
+        self.desk.drop("scontrino.txt")
+        wait_for(lambda: self.desk.jobs("IN"), "the job is under way")
+        self.assertEqual(self.run_to_end(*self.desk.arguments(), "--esci"), (0, [], []))
+        self.assertEqual(program.wait(), 0)
+        self.assertEqual((self.desk.jobs(), self.desk.jobs("IN")), ([], []))
+        self.assertEqual(len(fiscal_driver.receipts(self.desk)), 1)
+
     def test_both_signals_end_the_bridge_cleanly(self):
         for how in (signal.SIGTERM, signal.SIGINT):
             with self.subTest(how):

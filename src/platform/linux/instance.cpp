@@ -2,6 +2,7 @@
 #include "platform/instance.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/file.h>
 
 #include <cerrno>
@@ -9,6 +10,7 @@
 #include <utility>
 
 #include "platform/linux/kernel/descriptor.h"
+#include "platform/linux/kernel/lock_holder.h"
 
 namespace tellaxis::platform {
 
@@ -41,6 +43,12 @@ std::unique_ptr<InstanceLock> lockMainFolder(std::string_view mainFolder) {
   Descriptor file = openLock(std::string(mainFolder));
   if (file && ::flock(file.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) return nullptr;
   return std::make_unique<FileLock>(std::move(file));
+}
+
+bool requestEnd(std::string_view mainFolder) {
+  const Descriptor file = openLock(std::string(mainFolder));
+  const auto holder = file ? lockHolder(file.number()) : std::nullopt;
+  return holder && ::kill(*holder, SIGTERM) == 0;
 }
 
 }  // namespace tellaxis::platform

@@ -68,6 +68,9 @@ StopRequest::~StopRequest() {
   ::close(std::exchange(wakeEvent, -1));
 }
 
+/// Another process asks by a signal.
+void StopRequest::heed(std::string_view /*mainFolder*/) {}
+
 bool StopRequest::waitFor(std::chrono::milliseconds duration) {
   const auto end = std::chrono::steady_clock::now() + duration;
   for (;;) {

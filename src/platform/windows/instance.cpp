@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/windows/files/folder_identity.h"
+#include "platform/windows/kernel/end_event.h"
 #include "platform/windows/kernel/native.h"
 
 namespace tellaxis::platform {
@@ -27,6 +28,11 @@ std::unique_ptr<InstanceLock> lockMainFolder(std::string_view mainFolder) {
   UniqueHandle mutex(CreateMutexW(nullptr, FALSE, name.c_str()));
   if (!mutex || GetLastError() == ERROR_ALREADY_EXISTS) return nullptr;
   return std::make_unique<MutexLock>(std::move(mutex));
+}
+
+bool requestEnd(std::string_view mainFolder) {
+  const UniqueHandle event = openEndEvent(mainFolder);
+  return event && SetEvent(event.get());
 }
 
 }  // namespace tellaxis::platform

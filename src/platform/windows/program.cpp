@@ -10,6 +10,7 @@
 #include <memory>
 #include <utility>
 
+#include "platform/windows/kernel/end_event.h"
 #include "platform/windows/kernel/native.h"
 #include "platform/windows/kernel/session_window.h"
 
@@ -25,6 +26,9 @@ HANDLE wakeRequested = nullptr;
 
 /// Of the only request to stop that there is.
 std::unique_ptr<SessionWindow> sessionWindow;
+
+/// Set by another process that asks this one to end; null before there is a main folder.
+UniqueHandle endEvent;
 
 /// The console outlives the program and gets back what it had.
 UINT formerConsoleCodePage = 0;
@@ -75,12 +79,16 @@ StopRequest::~StopRequest() {
   SetConsoleCtrlHandler(consoleEvent, FALSE);
   CloseHandle(stopRequested.exchange(nullptr));
   CloseHandle(std::exchange(wakeRequested, nullptr));
+  endEvent.reset();
 }
+
+void StopRequest::heed(std::string_view mainFolder) { endEvent = createEndEvent(mainFolder); }
 
 bool StopRequest::waitFor(std::chrono::milliseconds duration) {
   const auto milliseconds = duration.count() > 0 ? static_cast<DWORD>(duration.count()) : 0;
-  const HANDLE events[] = {stopRequested, wakeRequested};
-  return WaitForMultipleObjects(2, events, FALSE, milliseconds) == WAIT_OBJECT_0;
+  const HANDLE events[] = {stopRequested, wakeRequested, endEvent.get()};
+  const DWORD first = WaitForMultipleObjects(endEvent ? 3 : 2, events, FALSE, milliseconds);
+  return first == WAIT_OBJECT_0 || first == WAIT_OBJECT_0 + 2;
 }
 
 bool StopRequest::asked() const { return WaitForSingleObject(stopRequested, 0) == WAIT_OBJECT_0; }

@@ -98,6 +98,28 @@ TEST(MainFolderLock, WorksInAFolderThatCannotBeWritten) {
   EXPECT_TRUE(folder.names().empty());
 }
 
+TEST(MainFolderLock, ItsHolderEndsWhenAnotherProcessAsks) {
+  test::TemporaryFolder folder;
+  EXPECT_FALSE(requestEnd(folder / "")) << "there is no holder";
+  int told[2];
+  ASSERT_EQ(::pipe(told), 0);
+  const pid_t holder = ::fork();
+  if (holder == 0) {
+    StopRequest stop;
+    const auto lock = lockMainFolder(folder / "");
+    if (::write(told[1], "x", 1) != 1) ::_exit(1);
+    ::_exit(lock != nullptr && stop.waitFor(20s) ? 7 : 1);
+  }
+  char sign = 0;
+  ASSERT_EQ(::read(told[0], &sign, 1), 1);
+  EXPECT_TRUE(requestEnd(folder / ""));
+  int status = 0;
+  ::waitpid(holder, &status, 0);
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 7);
+  ::close(told[0]);
+  ::close(told[1]);
+}
+
 TEST(StopRequest, IsNoticedAtOnceAndStays) {
   for (const int stopSignal : {SIGINT, SIGTERM, SIGHUP}) {
     EXPECT_EQ(inAnotherProcess([&] {

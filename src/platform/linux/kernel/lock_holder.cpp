@@ -1,0 +1,60 @@
+// Lock holder: the system's list of locks, and what the processes in it have open.
+#include "platform/linux/kernel/lock_holder.h"
+
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <system_error>
+
+namespace tellaxis::platform {
+
+namespace {
+
+/// A line such as "7: FLOCK  ADVISORY  WRITE 4711 08:01:1234 0 EOF"; waiting ones begin "7: -> FLOCK".
+struct LockLine {
+  std::string kind;
+  pid_t process = 0;
+  std::string file;  ///< device and inode
+};
+
+std::optional<LockLine> lockFrom(const std::string& text) {
+  std::istringstream words(text);
+  std::string number;
+  std::string mode;
+  std::string access;
+  LockLine line;
+  if (words >> number >> line.kind >> mode >> access >> line.process >> line.file) return line;
+  return std::nullopt;
+}
+
+/// The list's device numbers are not those of `stat` on every file system, so the process's own files are looked at.
+bool hasOpen(pid_t process, const struct stat& file) {
+  std::error_code failure;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc/" + std::to_string(process) + "/fd", failure)) {
+    struct stat opened = {};
+    if (stat(entry.path().c_str(), &opened) == 0 && opened.st_dev == file.st_dev && opened.st_ino == file.st_ino)
+      return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+std::optional<pid_t> lockHolder(int descriptor) {
+  struct stat file = {};
+  if (fstat(descriptor, &file) != 0) return std::nullopt;
+  const std::string inode = ":" + std::to_string(file.st_ino);
+  std::ifstream locks("/proc/locks");
+  for (std::string text; std::getline(locks, text);) {
+    const auto line = lockFrom(text);
+    if (line && line->kind == "FLOCK" && line->process > 0 && line->file.ends_with(inode) &&
+        hasOpen(line->process, file))
+      return line->process;
+  }
+  return std::nullopt;
+}
+
+}  // namespace tellaxis::platform
