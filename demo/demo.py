@@ -1,5 +1,6 @@
 """Demo: sample cash desks whose every device receives a job from the real bridge; says what arrived and how fast."""
 
+import concurrent.futures
 import os
 import shutil
 import subprocess
@@ -17,14 +18,16 @@ from harness import TOOLS, Desk, wait_for
 from serial_line import SerialLine
 
 POLLING = 0.5  # seconds, as on a cash desk
+AT_A_TIME = 4  # scenes: they wait for the next look of their bridge most of the time
 PAGES = Path(os.environ.get("TELLAXIS_DEMO_PAGES", "demo-pages"))
 
 
 class Report:
-    """One line a job; remembers whether anything was missing."""
+    """One line a job; remembers whether anything was missing. What it says is kept, to be shown scene by scene."""
 
     def __init__(self):
         self.missing = []
+        self.lines = []
 
     def job(self, device, begin, arrived, show):
         """Lets `begin` cause a job and waits until `arrived`; `show` tells what reached the device."""
@@ -36,13 +39,12 @@ class Report:
             self.lacks(device, failure)
             return
         took = (time.monotonic() - begun) * 1000
-        print(f"  {took:5.0f} ms  {device}")
-        for line in show():
-            print(f"            {line}")
+        self.lines.append(f"  {took:5.0f} ms  {device}")
+        self.lines.extend(f"            {line}" for line in show())
 
     def lacks(self, what, why):
         self.missing.append(what)
-        print(f"  MISSING   {what}: {why}")
+        self.lines.append(f"  MISSING   {what}: {why}")
 
 
 def lines_of(text):
@@ -286,19 +288,30 @@ def show_window():
         desk.close()
 
 
+def played(scene):
+    """Plays a scene on a desk of its own; its report."""
+    report = Report()
+    desk = Desk()
+    try:
+        scene(desk, report)
+    except Exception as failure:  # pylint: disable=broad-except
+        report.lacks(getattr(scene, "__name__", "a scene"), failure)
+    finally:
+        desk.close()
+    return report
+
+
 def main():
     if sys.argv[1:] == ["--window"]:
         return show_window()
-    report = Report()
+    missing = []
     print("Each job: time from the job file's appearance to the device, at a polling interval of 500 ms, and what arrived.")
-    for scene in SCENES:
-        desk = Desk()
-        try:
-            scene(desk, report)
-        finally:
-            desk.close()
-    if report.missing:
-        print("Not everything arrived: " + ", ".join(report.missing))
+    with concurrent.futures.ThreadPoolExecutor(AT_A_TIME) as pool:
+        for report in pool.map(played, SCENES):
+            print("\n".join(report.lines), flush=True)
+            missing += report.missing
+    if missing:
+        print("Not everything arrived: " + ", ".join(missing))
         return 1
     print("Everything arrived, and the bridge stopped cleanly each time.")
     return 0
