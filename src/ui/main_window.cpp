@@ -18,6 +18,7 @@
 #include "courtesy/setup.h"
 #include "slip/setup.h"
 #include "ui/about_window.h"
+#include "ui/guide.h"
 #include "ui/native.h"
 #include "ui/printers_window.h"
 #include "ui/program_icon.h"
@@ -132,6 +133,7 @@ void MainWindow::makeMenus() {
   const int slipTest = tools->Append(wxID_ANY, "&Epson TM-U295")->GetId();
   const int printers = tools->Append(wxID_ANY, "&Stampanti - Porte")->GetId();
   auto* about = new wxMenu;
+  about->Append(wxID_HELP, "&Guida")->Enable(guideIsThere());
   about->Append(wxID_ABOUT, "&About Tellaxis");
   auto* bar = new wxMenuBar;
   bar->Append(file, "&File");
@@ -144,6 +146,8 @@ void MainWindow::makeMenus() {
       wxEVT_MENU, [this](const wxCommandEvent&) { showTool<SlipTestWindow>(slipTest_, bridge_); }, slipTest);
   Bind(
       wxEVT_MENU, [this](const wxCommandEvent&) { showTool<PrintersWindow>(printers_, bridge_); }, printers);
+  Bind(
+      wxEVT_MENU, [](const wxCommandEvent&) { showGuide(); }, wxID_HELP);
   Bind(
       wxEVT_MENU, [this](const wxCommandEvent&) { showTool<AboutWindow>(about_); }, wxID_ABOUT);
 }
