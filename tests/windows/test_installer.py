@@ -1,6 +1,7 @@
 """The installer under Wine: installs, upgrades over a running copy, and leaves what is the desk's when it goes."""
 
 import os
+import re
 import shutil
 import subprocess
 import unittest
@@ -13,6 +14,13 @@ NOWHERE = {"stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL, "stderr": 
 RECEIPT = "TRATTORIA AL PORTO#0#14#1\r\nTOTALE EURO  37,00#0#14#1\r\n#1\r\n"
 DEVICES = '[[printer]]\nname = "SAMSUNG SRP-350"\nport = "COM3:"\ntarget = "folder:preconti"\n'
 SETTINGS = "[Varie]\r\nOrbis_Setting=0\r\nCort_Active=-1\r\nCort_Printer=SAMSUNG\r\nCort_Com=3\r\n"
+
+
+def guide_commands():
+    """The commands for Windows in the guide, line by line."""
+    chapters = sorted((HOUSE / "docs" / "guida").glob("[0-9]-*.md"))
+    text = "".join(chapter.read_text(encoding="utf-8") for chapter in chapters)
+    return "".join(re.findall(r"^```bat\n(.*?)^```", text, re.S | re.M)).splitlines()
 
 
 @unittest.skipUnless(all(shutil.which(name) for name in ("makensis", "pandoc", "Xvfb")), "needs makensis, pandoc and Xvfb")
@@ -105,6 +113,15 @@ class Installer(Scenario):
         self.assertEqual([path.name for path in self.folder.glob("*.exe")], ["disinstalla.exe"])
         for kept in ("_Tellaxis.ini", "devices.toml", "preconti/000001.jsonl"):
             self.assertTrue((self.folder / kept).exists(), kept)
+
+    def test_the_guides_commands_install_it_and_end_it(self):
+        self.desk.c(self.packed("0.1.0")[3:]).rename(self.desk.c("tellaxis-installa.exe"))
+        install, end = guide_commands()
+        self.assertEqual(self.run_to_end(*f"C:\\{install}".split()), 0)
+        self.assertEqual(self.run_to_end(*end.split()), 4, "nothing to end yet")
+        running = self.start()
+        self.assertEqual(self.run_to_end(*end.split()), 0)
+        self.assertEqual(running.wait(30), 0)
 
     def test_uninstalling_everything_leaves_only_documents(self):
         self.install("0.1.0", "/NOAUTO")

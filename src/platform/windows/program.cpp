@@ -91,7 +91,10 @@ bool StopRequest::waitFor(std::chrono::milliseconds duration) {
   return first == WAIT_OBJECT_0 || first == WAIT_OBJECT_0 + 2;
 }
 
-bool StopRequest::asked() const { return WaitForSingleObject(stopRequested, 0) == WAIT_OBJECT_0; }
+bool StopRequest::asked() const {
+  const auto isSet = [](HANDLE event) { return event != nullptr && WaitForSingleObject(event, 0) == WAIT_OBJECT_0; };
+  return isSet(stopRequested) || isSet(endEvent.get());
+}
 
 void StopRequest::wake() { SetEvent(wakeRequested); }
 

@@ -1,0 +1,38 @@
+"""The guide's examples: devices files that the bridge reads, settings that it knows."""
+
+import re
+import unittest
+from pathlib import Path
+
+from harness import ON_WINDOWS, Scenario
+
+HOUSE = Path(__file__).resolve().parents[2]
+
+
+def examples(language):
+    """The text of every block in this language, with the chapter that it is in."""
+    for chapter in sorted((HOUSE / "docs" / "guida").glob("[0-9]-*.md")):
+        for text in re.findall(rf"^```{language}\n(.*?)^```", chapter.read_text(encoding="utf-8"), re.S | re.M):
+            yield chapter.name, text
+
+
+@unittest.skipIf(ON_WINDOWS, "the same text")
+class Guide(Scenario):
+    def test_every_devices_file_is_one_that_the_bridge_reads(self):
+        shown = list(examples("toml"))
+        self.assertGreater(len(shown), 2)
+        for chapter, text in shown:
+            with self.subTest(chapter, text=text):
+                (self.desk.main / "devices.toml").write_text(text)
+                self.assertEqual(self.desk.start().stop(), 0)
+
+    def test_every_setting_is_one_that_the_program_reads(self):
+        sources = "".join(path.read_text(encoding="utf-8") for path in (HOUSE / "src").rglob("*.cpp")).lower()
+        keys = {line.split("=")[0] for _, text in examples("ini") for line in text.splitlines() if "=" in line}
+        self.assertGreater(len(keys), 20)
+        self.assertEqual([key for key in sorted(keys) if f'"{key.lower()}"' not in sources], [])
+
+    def test_its_own_devices_file_with_every_line_switched_on_is_read(self):
+        template = (HOUSE / "packaging" / "debian" / "devices.toml").read_text(encoding="utf-8")
+        (self.desk.main / "devices.toml").write_text(re.sub(r"^#(?=\S)", "", template, flags=re.M))
+        self.assertEqual(self.desk.start().stop(), 0)
