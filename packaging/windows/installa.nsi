@@ -1,7 +1,6 @@
 ; Installer for Windows XP SP3 to 11, in Italian. Made by scripts/pack-windows, which defines
 ;   VERSION   of the program
 ;   CONTENTS  folder with everything that is installed
-;   LAUNCHER  program that calls the scheduled operations without a console window
 ;   RESULT    the installer to write
 ; Without questions: /S, and /D=FOLDER as the last word; /NOAUTO leaves out the start with Windows, /PIANIFICATE adds the
 ; scheduled task. The uninstaller takes /S, and /TUTTO to delete the settings too.
@@ -77,7 +76,6 @@ Section "Tellaxis" programs
   SetOutPath "$INSTDIR"
   !insertmacro END_COPY Abort
   File /r "${CONTENTS}/*.*"
-  File "/oname=pianificate.exe" "${LAUNCHER}"
   ; Whoever uses the desk writes jobs and settings here: the group Users, whatever it is called, and on XP by its name.
   nsExec::Exec 'icacls "$INSTDIR" /grant "*S-1-5-32-545:(OI)(CI)M"'
   Pop $0
@@ -106,12 +104,13 @@ Section "Avvio con Windows, per tutti gli utenti" autostart
   CreateShortcut "$SMSTARTUP\Tellaxis.lnk" "$INSTDIR\Tellaxis.exe"
 SectionEnd
 
+; The program with the window, which carries out a single operation without one: tellaxisd would flash a console.
 Section /o "Operazioni pianificate, ogni minuto" schedule
   ReadEnvStr $1 USERNAME
-  nsExec::Exec 'schtasks /Create /F /IT /RU "$1" /TN "${TASK}" /SC MINUTE /MO 1 /TR "\"$INSTDIR\pianificate.exe\""'
+  nsExec::Exec 'schtasks /Create /F /IT /RU "$1" /TN "${TASK}" /SC MINUTE /MO 1 /TR "\"$INSTDIR\Tellaxis.exe\" pianificate"'
   Pop $0
   ${If} $0 != 0
-    MessageBox MB_OK|MB_ICONEXCLAMATION "L'operazione pianificata non si è potuta creare: crearla a mano, ogni minuto, con il programma $INSTDIR\pianificate.exe" /SD IDOK
+    MessageBox MB_OK|MB_ICONEXCLAMATION "L'operazione pianificata non si è potuta creare: crearla a mano, ogni minuto, con il comando $INSTDIR\Tellaxis.exe pianificate" /SD IDOK
   ${EndIf}
 SectionEnd
 
@@ -152,7 +151,6 @@ Section "un.Tellaxis" un.programs
   RMDir /r "$SMPROGRAMS\Tellaxis"
   Delete "$INSTDIR\Tellaxis.exe"
   Delete "$INSTDIR\tellaxisd.exe"
-  Delete "$INSTDIR\pianificate.exe"
   Delete "$INSTDIR\fiscal_driver_simulator.exe"
   Delete "$INSTDIR\guida.html"
   Delete "$INSTDIR\LEGGIMI.txt"

@@ -155,8 +155,8 @@ class Installer(Scenario):
         self.install("0.1.0")
         self.desk.c("MERIDIA\\_Schedulatore.ini").write_text("[VARIE]\r\nLUN#0930=30#PROVA#\r\n", newline="")
         (self.folder / "Orbis52.bat").write_text("@echo corsa>> C:\\corse.txt\r\n", newline="")
-        launcher = "C:\\Tellaxis\\pianificate.exe"
-        self.assertEqual(self.run_to_end(launcher, "--locale", "it_IT", "--now", "2003-03-03 09:29"), 0)
+        operations = ("C:\\Tellaxis\\Tellaxis.exe", "pianificate", "--locale", "it_IT", "--now")
+        self.assertEqual(self.run_to_end(*operations, "2003-03-03 09:29"), 0)
         self.assertFalse(self.desk.c("corse.txt").exists(), "not its minute")
-        self.assertEqual(self.run_to_end(launcher, "--locale", "it_IT", "--now", "2003-03-03 09:30"), 0)
+        self.assertEqual(self.run_to_end(*operations, "2003-03-03 09:30"), 0)
         wait_for(self.desk.c("corse.txt").exists, "the operation", 60)
