@@ -44,7 +44,7 @@ class Tray : public platform::Tray {
     const bool add = action == platform::TrayAction::add;
     if (!journal_.record(add ? "tray add" : "tray remove")) return false;
     records.push_back(record);
-    if (add == (icons > 0)) return false;
+    if (!present || add == (icons > 0)) return false;
     icons += add ? 1 : -1;
     return true;
   }

@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <variant>
 
 #include "platform/system.h"
@@ -14,11 +16,12 @@
 namespace tellaxis::test {
 
 struct RealComputer {
-  explicit RealComputer(const std::string& devicesFile = {}) {
+  explicit RealComputer(const std::string& devicesFile = {}, std::optional<std::string> localeName = {}) {
     if (!devicesFile.empty()) folder.write("devices.toml", devicesFile);
     std::string mainFolder = folder / "";
     mainFolder.pop_back();
-    auto opened = platform::openSystem({.mainFolder = mainFolder, .alsoTold = &trace});
+    auto opened =
+        platform::openSystem({.mainFolder = mainFolder, .localeName = std::move(localeName), .alsoTold = &trace});
     if (auto* made = std::get_if<std::unique_ptr<platform::System>>(&opened)) system = std::move(*made);
     EXPECT_TRUE(system) << "the services could not be made";
   }
