@@ -24,20 +24,6 @@ class PretendedClock : public platform::Clock {
   const std::optional<platform::DateTime>& now_;
 };
 
-platform::Host withClock(const platform::Host& host, platform::Clock& clock) {
-  return {.profiles = host.profiles,
-          .files = host.files,
-          .clock = clock,
-          .processes = host.processes,
-          .serialPorts = host.serialPorts,
-          .Printer = host.Printer,
-          .dialogs = host.dialogs,
-          .tray = host.tray,
-          .ftpClients = host.ftpClients,
-          .locale = host.locale,
-          .trace = host.trace};
-}
-
 }  // namespace
 
 bool transferOnce(platform::Host& host, const std::string& mainFolder) {
@@ -49,7 +35,7 @@ bool transferOnce(platform::Host& host, const std::string& mainFolder) {
 void runScheduledOnce(platform::Host& host, const std::string& mainFolder, const std::string& stationRole,
                       const std::optional<platform::DateTime>& now) {
   PretendedClock clock(host.clock, now);
-  platform::Host pretended = withClock(host, clock);
+  platform::Host pretended = host.with(clock, host.dialogs, host.tray);
   Bridge bridge(pretended);
   setMainFolder(bridge.settings, mainFolder);
   loadPointOfSaleFolder(bridge);

@@ -16,7 +16,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// How often stop wishes and calls are looked for, in milliseconds.
+/// How often requests to stop and calls are looked for, in milliseconds.
 constexpr int lookInterval = 200;
 
 #ifdef _WIN32
@@ -24,20 +24,6 @@ constexpr bool systemHasTray = true;
 #else
 constexpr bool systemHasTray = false;
 #endif
-
-platform::Host withDesktop(const platform::Host& host, platform::Dialogs& dialogs, platform::Tray& tray) {
-  return {.profiles = host.profiles,
-          .files = host.files,
-          .clock = host.clock,
-          .processes = host.processes,
-          .serialPorts = host.serialPorts,
-          .Printer = host.Printer,
-          .dialogs = dialogs,
-          .tray = systemHasTray ? host.tray : tray,
-          .ftpClients = host.ftpClients,
-          .locale = host.locale,
-          .trace = host.trace};
-}
 
 /// Counts the dialogs that wait for an answer.
 class ModalCount : public wxModalDialogHook {
@@ -63,7 +49,7 @@ ModalCount& modalDialogs() {
 WindowProgram::WindowProgram(const WindowSurroundings& surroundings, const std::string& mainFolder, int interval)
     : surroundings_(surroundings),
       taskBar_([this](int code) { Form_MouseMove(window_->form(), code, ScaleMode::pixels, 1); }),
-      host_(withDesktop(surroundings.system.host(), boxes_, taskBar_)),
+      host_(withDesktop()),
       bridge_(host_, surroundings.system.options()),
       devices_(*this),
       noted_(devices_, surroundings.activity, bridge_),
@@ -87,6 +73,11 @@ WindowProgram::WindowProgram(const WindowSurroundings& surroundings, const std::
   bridge_.notices = notices_.get();
 }
 
+platform::Host WindowProgram::withDesktop() {
+  const platform::Host& host = surroundings_.system.host();
+  return host.with(host.clock, boxes_, systemHasTray ? host.tray : taskBar_);
+}
+
 void WindowProgram::Devices::IconaAggiungi() {
   tellaxis::IconaAggiungi(program_.bridge_, program_.window_->trayIcon(), program_.window_->form());
 }
@@ -94,7 +85,9 @@ void WindowProgram::Devices::IconaAggiungi() {
 void WindowProgram::tick() {
   if (ticking_ || ended_) return;
   ticking_ = true;
+  boxes_.duringTick(true);
   polling_.Timer1_Timer();
+  boxes_.duringTick(false);
   ticking_ = false;
   if (ended_) return finish();
   window_->refreshStatus();

@@ -44,9 +44,11 @@ class WindowProgram {
     WindowProgram& program_;
   };
 
+  /// The computer's services with the message boxes and the tray of this window.
+  platform::Host withDesktop();
   void tick();
   void tickNow();
-  /// Heeds a wish to stop and the call of a second copy.
+  /// Heeds a request to stop and the call of a second copy.
   void lookAround();
   /// The form is gone: as soon as the present tick is done, the program ends.
   void formEnded();

@@ -72,7 +72,7 @@ std::string readText(Bridge& bridge, std::string_view key, std::string_view file
 }
 
 void handOver(Bridge& bridge, const Operation& operation) {
-  const std::string file = bridge.settings.pointOfSaleFolder + "\\_Local.ini";
+  const std::string& file = bridge.settings.pointOfSaleSettingsFile;
   ScriviImpostazione(bridge.host, "TLX_SO_ACTIVE", yes, file);
   ScriviImpostazione(bridge.host, "TLX_SO_OPE", operation.code, file);
   ScriviImpostazione(bridge.host, "TLX_SO_TAG", operation.tag, file);
@@ -85,9 +85,8 @@ bool isRequestedByHand(Bridge& bridge, std::string_view timetable) {
 
 /// The operation code of the by-hand request, which is taken by this.
 std::string takeRequest(Bridge& bridge) {
-  const std::string& folder = bridge.settings.pointOfSaleFolder;
-  std::string code = readText(bridge, "Tlx_SO_OPE", folder + "\\_Local.ini");
-  ScriviImpostazione(bridge.host, "PRC_ACTIVE", no, folder + "\\_schedulatore.ini");
+  std::string code = readText(bridge, "Tlx_SO_OPE", bridge.settings.pointOfSaleSettingsFile);
+  ScriviImpostazione(bridge.host, "PRC_ACTIVE", no, bridge.settings.pointOfSaleFolder + "\\_schedulatore.ini");
   return code;
 }
 

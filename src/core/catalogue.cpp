@@ -21,10 +21,10 @@ constexpr auto writeTyped = WriteKind::typed;
 constexpr DefaultValue blank = Null{};
 constexpr DefaultValue zero = no;
 constexpr DefaultValue allTrue = std::string_view("-1");
-constexpr DefaultValue usualFolder = std::string_view("C:\\MERIDIA");
-constexpr DefaultValue usualPort = std::string_view("1");
-constexpr DefaultValue usualLine = std::string_view("9600,N,8,1");
-constexpr DefaultValue usualDelay = std::int16_t{50};
+constexpr DefaultValue defaultFolder = std::string_view("C:\\MERIDIA");
+constexpr DefaultValue defaultPort = std::string_view("1");
+constexpr DefaultValue defaultLine = std::string_view("9600,N,8,1");
+constexpr DefaultValue defaultDelay = std::int16_t{50};
 constexpr DefaultValue noPrinter = std::string_view("NON PRESENTE");
 
 // Group, key as loaded, read, default, value, control, text not shown | write, key as saved, save position, saved true
@@ -32,7 +32,7 @@ constexpr DefaultValue noPrinter = std::string_view("NON PRESENTE");
 // clang-format off
 constexpr Setting table[] = {
     {generale, "Orbis_Setting", raw, allTrue, &S::Orbis_Setting, &F::chkOrbis, {}, writeRaw, "Orbis_Setting", 2},
-    {generale, "Orbis_Directory", raw, usualFolder, &S::pointOfSaleFolder, &F::Orbis51Dir, {}, writeRaw, "Orbis_Directory", 1},
+    {generale, "Orbis_Directory", raw, defaultFolder, &S::pointOfSaleFolder, &F::Orbis51Dir, {}, writeRaw, "Orbis_Directory", 1},
 
     {display, "Display_Active", typed, zero, &S::Display_Active, &F::DLY_Active, {}, writeTyped, "Display_Active", 3, {&F::DLY_Type, "NON PRESENTE"}},
     {display, "Display_File", raw, blank, &S::Display_File, &F::DLY_File, {}, writeTyped, "Display_File", 4},
@@ -46,10 +46,10 @@ constexpr Setting table[] = {
     {misuratoreFiscale, "MF_File_Output", typed, blank, &S::MF_File_Output, &F::MF_FileOutput, {}, writeTyped, "MF_File_Output", 10},
     {misuratoreFiscale, "MF_type", typed, blank, &S::MF_type, &F::MF_Type, {}, writeTyped, "MF_Type", 11},
     {misuratoreFiscale, "MF_Prot", typed, blank, &S::MF_Prot, &F::MF_Protocol, {}, writeTyped, "MF_Prot", 12},
-    {misuratoreFiscale, "MF_COM", typed, usualPort, &S::MF_COM, &F::MF_Com, {}, writeTyped, "MF_COM", 13},
-    {misuratoreFiscale, "MF_Parametri", typed, usualLine, &S::MF_Parametri, &F::MF_Param, {}, writeTyped, "MF_Parametri", 14},
+    {misuratoreFiscale, "MF_COM", typed, defaultPort, &S::MF_COM, &F::MF_Com, {}, writeTyped, "MF_COM", 13},
+    {misuratoreFiscale, "MF_Parametri", typed, defaultLine, &S::MF_Parametri, &F::MF_Param, {}, writeTyped, "MF_Parametri", 14},
     {misuratoreFiscale, "MF_Buffer", typed, zero, &S::MF_Buffer, &F::MF_Buffer, {}, writeTyped, "MF_Buffer", 15},
-    {misuratoreFiscale, "MF_Ritardo", typed, usualDelay, &S::MF_Ritardo, &F::MF_Delay, {}, writeTyped, "MF_Ritardo", 16},
+    {misuratoreFiscale, "MF_Ritardo", typed, defaultDelay, &S::MF_Ritardo, &F::MF_Delay, {}, writeTyped, "MF_Ritardo", 16},
     {misuratoreFiscale, "MF_ChkLog", typed, zero, &S::MF_ChkLog, &F::MF_chkLog, {}, never},
     {misuratoreFiscale, "MF_Driver", typed, blank, &S::MF_Driver, &F::MF_Driver, {}, never},
 
@@ -62,7 +62,7 @@ constexpr Setting table[] = {
     {preconto, "Cort_Active", typed, zero, &S::Cort_Active, &F::Cort_Active, {}, writeTyped, "CORT_Active", 22, {&F::Cort_Printer, "NON PRESENTE"}},
     {preconto, "Cort_Printer", typed, noPrinter, &S::Cort_Printer, &F::Cort_Printer, {}, writeTyped, "CORT_Printer", 23},
     {preconto, "Cort_Com", typed, blank, &S::Cort_Com, &F::Cort_COM, {}, writeTyped, "CORT_COM", 25},
-    {preconto, "Cort_Sett", typed, usualLine, &S::Cort_Sett, {}, {}, never},
+    {preconto, "Cort_Sett", typed, defaultLine, &S::Cort_Sett, {}, {}, never},
     {preconto, "Cort_File", typed, blank, &S::Cort_File, &F::Cort_File, {}, writeTyped, "CORT_File", 24},
     {preconto, "Cort_Logo", typed, zero, &S::Cort_Logo, &F::Cort_Logo, {}, writeTyped, "CORT_Logo", 26},
 };

@@ -10,8 +10,6 @@
 
 namespace tellaxis {
 
-/// Time between two ticks, in milliseconds.
-inline constexpr int usualPollingInterval = 500;
 
 /// Moves every waiting file of `dropFolder` into `workFolder`, then runs and deletes them in listing order. `kind` is
 /// "MF", "CR" or "RF"; of another kind files are moved and deleted, but nothing is run. The folder arguments come back

@@ -8,18 +8,12 @@
 #include "core/ini.h"
 #include "platform/locale.h"
 #include "platform/trace.h"
+#include "text/overloaded.h"
 #include "text/trimmed.h"
 
 namespace tellaxis {
 
 namespace {
-
-template <typename... Handlers>
-struct Overloaded : Handlers... {
-  using Handlers::operator()...;
-};
-template <typename... Handlers>
-Overloaded(Handlers...) -> Overloaded<Handlers...>;
 
 Value valueOf(const DefaultValue& value) {
   return std::visit(

@@ -20,8 +20,8 @@ struct JobFolder {
 
 constexpr JobFolder jobFolders[] = {{"\\CortOrbis", true}, {"\\CortIN", false}, {"\\Orbis", true}, {"\\IN", false}};
 constexpr std::string_view stationRoles[] = {"CLIENT", "SERVER"};
-constexpr std::string_view usualPointOfSaleFolder = "C:\\Meridia";
-constexpr std::string_view usualRuntime = "C:\\Programmi\\Access 97 Runtime\\msaccess.exe";
+constexpr std::string_view defaultPointOfSaleFolder = "C:\\Meridia";
+constexpr std::string_view defaultRuntime = "C:\\Programmi\\Access 97 Runtime\\msaccess.exe";
 
 void prepareJobFolders(Bridge& bridge) {
   for (const JobFolder& row : jobFolders) {
@@ -63,13 +63,13 @@ void PosizioneOrbis51(Bridge& bridge) {
   Settings& settings = bridge.settings;
   const auto& regional = bridge.host.locale.regional();
   const Value stored = LeggiImpostazione(bridge.host, "Orbis_Directory", Null{}, settings.settingsFile);
-  std::string folder = IsVuoto(stored) ? std::string(usualPointOfSaleFolder) : textOf(stored, regional);
+  std::string folder = IsVuoto(stored) ? std::string(defaultPointOfSaleFolder) : textOf(stored, regional);
   if (folder.ends_with('\\') && folder.size() > 1) folder.pop_back();
   bridge.form.Orbis51Dir.Text = folder;
   ScriviIni(bridge.host, rawSection, "Orbis_Directory", folder, settings.settingsFile);
   setPointOfSaleFolder(settings, folder);
   const Value runtime =
-      LeggiImpostazione(bridge.host, "RT_Access", std::string(usualRuntime), settings.pointOfSaleSettingsFile);
+      LeggiImpostazione(bridge.host, "RT_Access", std::string(defaultRuntime), settings.pointOfSaleSettingsFile);
   ScriviImpostazione(bridge.host, "RunTimeOrbis51", runtime, settings.settingsFile);
 }
 

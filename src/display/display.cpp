@@ -60,7 +60,7 @@ void LanciaFileDisplay(Bridge& bridge) {
       sendFirstLine(bridge, *family);
     bridge.host.files.remove(settings.Display_File);
   }
-  Attesa(bridge.host, settings.Display_Delay, true);
+  Attesa(bridge, settings.Display_Delay, true);
 }
 
 }  // namespace tellaxis

@@ -13,7 +13,7 @@ namespace tellaxis {
 namespace {
 
 constexpr int lastPort = 16;
-constexpr std::int16_t usualDelay = 5;
+constexpr std::int16_t defaultDelay = 5;
 
 }  // namespace
 
@@ -43,7 +43,7 @@ void Display_StartUP_Orbis(Bridge& bridge) {
   write("Display_Type", std::string(family != nullptr ? family->name : noDisplay));
   write("Display_COM", family != nullptr ? read("Dis_PortaCom") : Null{});
   write("Display_Parametri", family != nullptr ? read("Dis_Parametri") : Null{});
-  write("Display_Delay", LeggiImpostazione(host, "Display_Delay", usualDelay, settings.settingsFile));
+  write("Display_Delay", LeggiImpostazione(host, "Display_Delay", defaultDelay, settings.settingsFile));
 }
 
 }  // namespace tellaxis

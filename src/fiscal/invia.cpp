@@ -32,7 +32,7 @@ void log(Bridge& bridge, std::string_view message) {
   if (bridge.settings.MF_ChkLog) ScriviLog(bridge.host, fiscalLog, message);
 }
 
-void wait(Bridge& bridge) { Attesa(bridge.host, bridge.settings.MF_Ritardo, true); }
+void wait(Bridge& bridge) { Attesa(bridge, bridge.settings.MF_Ritardo, true); }
 
 /// The wait for a driver's answer: where jobs are taken promptly it ends with the answer.
 void waitForAnswer(Bridge& bridge) {

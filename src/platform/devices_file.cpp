@@ -241,10 +241,10 @@ std::variant<DevicesFile, DevicesFileError> readDevicesFile(const std::string& f
 
 std::optional<std::string> devicesFileOf(const std::optional<std::string>& named, const std::string& mainFolder) {
   if (named) return named;
-  std::string usual = underMainFolder("devices.toml", mainFolder);
+  std::string standard = underMainFolder("devices.toml", mainFolder);
   std::error_code ignored;
-  if (!std::filesystem::exists(pathOf(usual), ignored)) return std::nullopt;
-  return usual;
+  if (!std::filesystem::exists(pathOf(standard), ignored)) return std::nullopt;
+  return standard;
 }
 
 DevicesFileError devicesFileError(const std::string& file, TextPosition position, std::string_view reason) {

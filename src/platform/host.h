@@ -28,6 +28,21 @@ struct Host {
   FtpClients& ftpClients;
   const Locale& locale;
   Trace& trace;
+
+  /// The same services with others in these three places.
+  Host with(Clock& aClock, Dialogs& someDialogs, Tray& aTray) const {
+    return {.profiles = profiles,
+            .files = files,
+            .clock = aClock,
+            .processes = processes,
+            .serialPorts = serialPorts,
+            .Printer = Printer,
+            .dialogs = someDialogs,
+            .tray = aTray,
+            .ftpClients = ftpClients,
+            .locale = locale,
+            .trace = trace};
+  }
 };
 
 }  // namespace tellaxis::platform

@@ -9,7 +9,7 @@
 namespace tellaxis {
 
 void Form_Load(platform::Host& host, fStampa_Porte& form) {
-  std::string& list = form.txtListaStampanti.Text;
+  std::string& list = form.txListaStampanti.Text;
   for (const auto& printer : host.Printer.Printers().value_or(std::vector<platform::InstalledPrinter>())) {
     list += "Port    > " + printer.Port + "\r\n";
     list += "Printer > " + printer.DeviceName + "\r\n";

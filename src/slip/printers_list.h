@@ -7,7 +7,7 @@
 namespace tellaxis {
 
 struct fStampa_Porte {
-  TextBox txtListaStampanti;
+  TextBox txListaStampanti;
 };
 
 /// Appends an entry for each installed printer.

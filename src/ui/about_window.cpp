@@ -21,8 +21,8 @@ AboutWindow::AboutWindow()
   auto* name = new wxStaticText(panel, wxID_ANY, "Tellaxis " TELLAXIS_VERSION);
   name->SetFont(name->GetFont().Bold().Scaled(1.4F));
   auto* sentence = new wxStaticText(panel, wxID_ANY,
-                                    italian("Ponte fra il punto cassa Orbis51\ne le periferiche del banco:\n"
-                                            "misuratore fiscale, display,\nricevute e preconti."));
+                                    fromUtf8("Ponte fra il punto cassa Orbis51\ne le periferiche del banco:\n"
+                                             "misuratore fiscale, display,\nricevute e preconti."));
   auto* close = new wxButton(panel, wxID_CLOSE, "&Chiudi");
   close->SetToolTip("Chiude questa finestra");
   close->Bind(wxEVT_BUTTON, [this](const wxCommandEvent&) { Close(); });

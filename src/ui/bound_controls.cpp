@@ -6,19 +6,13 @@
 #include <algorithm>
 
 #include "core/catalogue.h"
+#include "text/overloaded.h"
 #include "ui/native.h"
 #include "ui/text.h"
 
 namespace tellaxis::ui {
 
 namespace {
-
-template <typename... Handlers>
-struct Overloaded : Handlers... {
-  using Handlers::operator()...;
-};
-template <typename... Handlers>
-Overloaded(Handlers...) -> Overloaded<Handlers...>;
 
 /// A setting that the save leaves alone: changing its control would change nothing.
 bool isReadOnly(const ControlMember& control) {
@@ -34,7 +28,7 @@ void setWidth(wxWindow* widget, int columns, int extraPixels) {
 
 wxArrayString itemsOf(const ComboBox& control) {
   wxArrayString items;
-  for (const std::string& entry : control.List) items.Add(shown(entry));
+  for (const std::string& entry : control.List) items.Add(toWx(entry));
   return items;
 }
 
@@ -48,9 +42,9 @@ wxWindow* BoundControls::make(wxWindow* parent, const Field& field, const GroupL
                                            [&](ComboBox MainForm::*) { return makeComboBox(parent, field); },
                                            [&](auto) { return makeTextBox(parent, field); }},
                                 field.control);
-  widget->SetToolTip(italian(field.help));
+  widget->SetToolTip(fromUtf8(field.help));
   const char* name = field.spoken != nullptr ? field.spoken : field.label;
-  setAccessible(*widget, italian(group.title) + " - " + italian(name), italian(field.help));
+  setAccessible(*widget, fromUtf8(group.title) + " - " + fromUtf8(name), fromUtf8(field.help));
   bindings_.push_back({widget, &field, &group});
   return widget;
 }
@@ -60,7 +54,7 @@ void BoundControls::addLabel(wxWindow* label, const GroupLayout& group) {
 }
 
 wxWindow* BoundControls::makeCheckBox(wxWindow* parent, const Field& field) {
-  auto* box = new wxCheckBox(parent, wxID_ANY, italian(field.label));
+  auto* box = new wxCheckBox(parent, wxID_ANY, fromUtf8(field.label));
   const auto control = std::get<CheckBox MainForm::*>(field.control);
   box->Enable(!isReadOnly(field.control));
   box->Bind(wxEVT_CHECKBOX, [this, control](const wxCommandEvent& event) { take(control, event.IsChecked()); });
@@ -95,7 +89,7 @@ void BoundControls::take(CheckBox MainForm::*control, bool checked) {
 
 template <typename TextControl>
 void BoundControls::take(TextControl MainForm::*control, const wxString& text) {
-  std::string entered = typed(text);
+  std::string entered = fromWx(text);
   if (entered == (form_.*control).Text) return;
   (form_.*control).Text = std::move(entered);
   changed(control);
@@ -125,16 +119,16 @@ void BoundControls::show(const Binding& binding) {
                           static_cast<wxCheckBox*>(binding.widget)->SetValue((form_.*control).Value != 0);
                         },
                         [&](TextBox MainForm::*control) {
-                          showText(static_cast<wxTextCtrl*>(binding.widget), shown((form_.*control).Text));
+                          showText(static_cast<wxTextCtrl*>(binding.widget), toWx((form_.*control).Text));
                         },
                         [&](ComboBox MainForm::*control) {
                           auto* box = static_cast<wxComboBox*>(binding.widget);
                           const wxArrayString items = itemsOf(form_.*control);
                           if (box->GetStrings() != items) box->Set(items);
-                          showText(box, shown((form_.*control).Text));
+                          showText(box, toWx((form_.*control).Text));
                         },
                         [&](std::monostate) {
-                          showText(static_cast<wxTextCtrl*>(binding.widget), shown(readKey_(binding.field->key)));
+                          showText(static_cast<wxTextCtrl*>(binding.widget), toWx(readKey_(binding.field->key)));
                         }},
              binding.field->control);
 }

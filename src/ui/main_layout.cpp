@@ -34,9 +34,9 @@ constexpr Row misuratoreFiscale[] = {
        .help = "Solo FPMate: i lavori passano dalla cartella _Buffer di Orbis51"},
       {.control = &F::MF_chkLog,
        .label = "Registra nel log",
-       .help =
-           "Scrive gli scontrini senza risposta in c:\\Tellaxis\\MF.log. Si cambia solo nel file delle impostazioni "
-           "(MF_ChkLog)"}}},
+       .help = "Scrive in c:\\Tellaxis\\MF.log gli scontrini senza risposta e, con CASIO/DITRON, ogni passaggio al "
+               "driver. Si "
+               "cambia solo nel file delle impostazioni (MF_ChkLog)"}}},
     {{{.control = &F::MF_Type,
        .label = "Modello",
        .help = "Modello del misuratore fiscale, con il codice di Orbis51"}}},
@@ -87,8 +87,8 @@ constexpr Row display[] = {
        .help = "I messaggi del file indicato vengono mandati al display del cliente"},
       {.control = &F::DLY_Delay,
        .label = "Ritardo (cs)",
-       .help =
-           "Pausa fra le righe, in centesimi di secondo. Si cambia solo nel file delle impostazioni (Display_Delay)",
+       .help = "Pausa dopo ogni messaggio, in centesimi di secondo. Si cambia solo nel file delle impostazioni "
+               "(Display_Delay)",
        .columns = 5}}},
     {{{.control = &F::DLY_Type, .label = "Famiglia", .help = "Famiglia del display del cliente"}}},
     {{{.control = &F::DLY_File,

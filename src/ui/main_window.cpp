@@ -1,4 +1,4 @@
-// Main window: building the form from its layout, and handing the user's wishes to the rules.
+// Main window: building the form from its layout, and handing what the user does to the rules.
 #include "ui/main_window.h"
 
 #include <wx/app.h>
@@ -68,7 +68,7 @@ int widestLabel(const wxWindow& window, int column) {
   for (const GroupLayout& group : mainLayout())
     for (const Row& row : group.rows)
       if (group.column == column && !standsAlone(row) && !hasLongLabel(row))
-        widest = std::max(widest, window.GetTextExtent(italian(row[0].label)).x);
+        widest = std::max(widest, window.GetTextExtent(fromUtf8(row[0].label)).x);
   return widest;
 }
 
@@ -82,7 +82,7 @@ void stackWhereTooWide(wxSizer& columns, int width) {
 }  // namespace
 
 MainWindow::MainWindow(Bridge& bridge, const Activity& activity, std::function<void()> ended)
-    : wxFrame(nullptr, wxID_ANY, shown(applicationTitle)),
+    : wxFrame(nullptr, wxID_ANY, toWx(applicationTitle)),
       bridge_(bridge),
       ended_(std::move(ended)),
       form_(*this),
@@ -178,7 +178,7 @@ wxSizer* MainWindow::makeColumns(wxScrolledWindow* parent) {
 }
 
 wxSizer* MainWindow::makeGroup(wxWindow* parent, const GroupLayout& group, int labelWidth) {
-  auto* box = new wxStaticBoxSizer(wxVERTICAL, parent, italian(group.title));
+  auto* box = new wxStaticBoxSizer(wxVERTICAL, parent, fromUtf8(group.title));
   for (const Row& row : group.rows)
     box->Add(makeRow(box->GetStaticBox(), group, row, labelWidth),
              wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, FromDIP(groupPadding)));
@@ -192,7 +192,7 @@ wxSizer* MainWindow::makeRow(wxWindow* parent, const GroupLayout& group, const R
     const bool first = &field == row.data();
     if (!first) line->AddSpacer(FromDIP(gap));
     if (!isCheckBox(field)) {
-      auto* label = new wxStaticText(parent, wxID_ANY, italian(field.label));
+      auto* label = new wxStaticText(parent, wxID_ANY, fromUtf8(field.label));
       if (first && !hasLongLabel(row)) label->SetMinSize(wxSize(labelWidth, -1));
       controls_.addLabel(label, group);
       line->Add(label, wxSizerFlags().CenterVertical().Border(wxRIGHT, FromDIP(gap)));
@@ -207,16 +207,16 @@ void MainWindow::addField(wxWindow* parent, wxSizer* line, const GroupLayout& gr
   const bool takesTheRest = field.columns == 0 && !isCheckBox(field);
   line->Add(widget, wxSizerFlags(takesTheRest ? 1 : 0).CenterVertical());
   if (field.browse != Browse::none) {
-    auto* button = new wxButton(parent, wxID_ANY, italian("…"), wxDefaultPosition, wxDefaultSize, wxBU_EXACTFIT);
-    const wxString help = italian("Sfoglia: ") + italian(field.label);
+    auto* button = new wxButton(parent, wxID_ANY, fromUtf8("…"), wxDefaultPosition, wxDefaultSize, wxBU_EXACTFIT);
+    const wxString help = fromUtf8("Sfoglia: ") + fromUtf8(field.label);
     button->SetToolTip(help);
     setAccessible(*button, help, help);
     button->Bind(wxEVT_BUTTON, [this, widget, &field](const wxCommandEvent&) { browse(widget, field); });
     line->Add(button, wxSizerFlags().CenterVertical().Border(wxLEFT, FromDIP(smallGap)));
   }
   if (field.button != nullptr) {
-    auto* button = new wxButton(parent, wxID_ANY, italian(field.button));
-    button->SetToolTip(italian(field.buttonHelp));
+    auto* button = new wxButton(parent, wxID_ANY, fromUtf8(field.button));
+    button->SetToolTip(fromUtf8(field.buttonHelp));
     button->Bind(wxEVT_BUTTON, [this](const wxCommandEvent&) { Command1_Click(bridge_); });
     line->Add(button, wxSizerFlags().CenterVertical().Border(wxLEFT, FromDIP(gap)));
   }
@@ -228,7 +228,7 @@ wxSizer* MainWindow::makeButtons(wxWindow* parent) {
   save->SetToolTip("Scrive le impostazioni nel file _Tellaxis.ini e le applica");
   save->Bind(wxEVT_BUTTON, [this](const wxCommandEvent&) { cmdSalva(); });
   auto* hide = new wxButton(parent, wxID_ANY, "&Nascondi");
-  hide->SetToolTip(italian("Nasconde la finestra; un clic sull'icona vicino all'orologio la riporta"));
+  hide->SetToolTip(fromUtf8("Nasconde la finestra; un clic sull'icona vicino all'orologio la riporta"));
   hide->Bind(wxEVT_BUTTON, [this](const wxCommandEvent&) { cmdNascondi_Click(bridge_, trayIcon_, form_); });
   auto* row = new wxBoxSizer(wxHORIZONTAL);
   row->Add(saved_, wxSizerFlags(1).CenterVertical());
@@ -238,7 +238,7 @@ wxSizer* MainWindow::makeButtons(wxWindow* parent) {
 }
 
 void MainWindow::browse(wxWindow* widget, const Field& field) {
-  const wxString title = italian(field.label);
+  const wxString title = fromUtf8(field.label);
   wxString chosen;
   if (field.browse == Browse::folder)
     chosen = wxDirSelector(title, "", wxDD_DEFAULT_STYLE, wxDefaultPosition, this);
@@ -288,7 +288,7 @@ void MainWindow::Form::Show() {
 void MainWindow::Form::Hide() { window_.wxFrame::Hide(); }
 void MainWindow::Form::Minimize() { window_.Iconize(); }
 void MainWindow::Form::Unload() { window_.unload(); }
-std::string MainWindow::Form::Caption() const { return typed(window_.GetTitle()); }
+std::string MainWindow::Form::Caption() const { return fromWx(window_.GetTitle()); }
 std::uintptr_t MainWindow::Form::hWnd() const { return windowHandle(window_); }
 std::uintptr_t MainWindow::Form::Icon() const { return iconHandle(window_.icon_); }
 

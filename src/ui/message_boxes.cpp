@@ -17,7 +17,7 @@ wxWindow* visibleParent() {
 }
 
 wxString withPlainLineEnds(std::string_view text) {
-  wxString lines = shown(text);
+  wxString lines = toWx(text);
   lines.Replace("\r\n", "\n");
   return lines;
 }
@@ -27,10 +27,14 @@ wxString withPlainLineEnds(std::string_view text) {
 platform::Answer MessageBoxes::show(std::string_view text, std::string_view title, platform::Buttons buttons) {
   const bool question = buttons == platform::Buttons::yesNo;
   if (answering_) return question ? platform::Answer::no : platform::Answer::ok;
+  if (ticking_ && !question) {
+    notify(withPlainLineEnds(text), toWx(title));
+    return platform::Answer::ok;
+  }
   const long style = question ? wxYES_NO | wxICON_QUESTION : wxOK | wxICON_INFORMATION;
-  wxGenericMessageDialog box(visibleParent(), withPlainLineEnds(text), shown(title), style | wxCENTRE);
+  wxGenericMessageDialog box(visibleParent(), withPlainLineEnds(text), toWx(title), style | wxCENTRE);
   if (question)
-    box.SetYesNoLabels(italian("&Sì"), "&No");
+    box.SetYesNoLabels(fromUtf8("&Sì"), "&No");
   else
     box.SetOKLabel("&OK");
   open_.push_back(&box);
@@ -38,6 +42,13 @@ platform::Answer MessageBoxes::show(std::string_view text, std::string_view titl
   open_.pop_back();
   if (!question) return platform::Answer::ok;
   return answer == wxID_YES ? platform::Answer::yes : platform::Answer::no;
+}
+
+void MessageBoxes::notify(const wxString& text, const wxString& title) {
+  std::erase_if(notices_, [](const auto& notice) { return !notice; });
+  for (const auto& notice : notices_)
+    if (notice->says(text, title)) return notice->raisedAgain();
+  notices_.emplace_back(new NoticeWindow(text, title));
 }
 
 void MessageBoxes::processEvents() { wxTheApp->Yield(true); }

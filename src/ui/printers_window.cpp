@@ -29,9 +29,8 @@ PrintersWindow::PrintersWindow(Bridge& bridge) : wxFrame(nullptr, wxID_ANY, "Ele
   auto* panel = new wxPanel(this);
   auto* list = new wxTextCtrl(panel, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
                               wxTE_MULTILINE | wxTE_READONLY | wxTE_DONTWRAP);
-  const wxFont& usual = GetFont();
-  list->SetFont(wxFontInfo(usual.GetFractionalPointSize()).Family(wxFONTFAMILY_TELETYPE).FaceName("Courier New"));
-  wxString lines = shown(form.txtListaStampanti.Text);
+  list->SetFont(wxFontInfo(GetFont().GetFractionalPointSize()).Family(wxFONTFAMILY_TELETYPE).FaceName("Courier New"));
+  wxString lines = toWx(form.txListaStampanti.Text);
   lines.Replace("\r\n", "\n");
   list->ChangeValue(lines);
   list->SetMargins(FromDIP(6), FromDIP(6));

@@ -41,17 +41,17 @@ SlipTestWindow::SlipTestWindow(Bridge& bridge)
 }
 
 wxTextCtrl* SlipTestWindow::addBox(wxWindow* parent, wxSizer* grid, const char* label, const char* help) {
-  grid->Add(new wxStaticText(parent, wxID_ANY, italian(label)), wxSizerFlags().CenterVertical());
+  grid->Add(new wxStaticText(parent, wxID_ANY, fromUtf8(label)), wxSizerFlags().CenterVertical());
   auto* box = new wxTextCtrl(parent, wxID_ANY, "", wxDefaultPosition, wxSize(FromDIP(180), -1));
-  box->SetToolTip(italian(help));
-  setAccessible(*box, italian(label), italian(help));
+  box->SetToolTip(fromUtf8(help));
+  setAccessible(*box, fromUtf8(label), fromUtf8(help));
   grid->Add(box, wxSizerFlags().Expand());
   return box;
 }
 
 void SlipTestWindow::cmdTest() {
-  form_.testRow.Text = typed(testRow_->GetValue());
-  form_.testChar.Text = typed(testChar_->GetValue());
+  form_.testRow.Text = fromWx(testRow_->GetValue());
+  form_.testChar.Text = fromWx(testChar_->GetValue());
   try {
     cmdTest_Click(bridge_, form_);
   } catch (const StepFailed& failure) {

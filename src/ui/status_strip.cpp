@@ -37,14 +37,14 @@ wxString timeOf(const LastJob& job) {
 
 wxString lastJobText(const std::optional<LastJob>& job) {
   if (!job) return "nessun lavoro";
-  return timeOf(*job) + " " + shown(job->name) + (job->failure.empty() ? " eseguito" : " con errori");
+  return timeOf(*job) + " " + toWx(job->name) + (job->failure.empty() ? " eseguito" : " con errori");
 }
 
 wxString lastJobHelp(const std::optional<LastJob>& job) {
-  if (!job) return italian("Nessun lavoro dall'avvio del programma");
+  if (!job) return fromUtf8("Nessun lavoro dall'avvio del programma");
   const wxString day = wxString::Format("%02d/%02d/%04d ", job->ended.day, job->ended.month, job->ended.year);
-  const wxString text = day + timeOf(*job) + " " + shown(job->name);
-  return text + (job->failure.empty() ? wxString(": eseguito") : ": con errori, il primo\n" + shown(job->failure));
+  const wxString text = day + timeOf(*job) + " " + toWx(job->name);
+  return text + (job->failure.empty() ? wxString(": eseguito") : ": con errori, il primo\n" + toWx(job->failure));
 }
 
 void setText(wxStaticText* label, const wxString& text) {
@@ -71,7 +71,7 @@ StatusStrip::StatusStrip(wxWindow* parent, const Settings& settings, const Activ
     auto* column = new wxBoxSizer(wxVERTICAL);
     auto* heading = new wxBoxSizer(wxHORIZONTAL);
     Cell& cell = cells_[i];
-    cell.mark = new wxStaticText(this, wxID_ANY, italian("●"));
+    cell.mark = new wxStaticText(this, wxID_ANY, fromUtf8("●"));
     auto* name = new wxStaticText(this, wxID_ANY, deviceRows[i].name);
     name->SetFont(name->GetFont().Bold());
     cell.state = new wxStaticText(this, wxID_ANY, deviceRows[i].off);

@@ -10,14 +10,14 @@
 
 namespace tellaxis::ui {
 
-inline wxString shown(std::string_view text) { return wxString::FromUTF8(utf8FromCodePage(text).c_str()); }
+inline wxString toWx(std::string_view text) { return wxString::FromUTF8(utf8FromCodePage(text).c_str()); }
 
-/// What the user typed; a character that the code page lacks becomes "?".
-inline std::string typed(const wxString& text) {
+/// A character that the code page lacks becomes "?".
+inline std::string fromWx(const wxString& text) {
   return nearestCodePage(std::string_view(text.utf8_str().data(), text.utf8_str().length()));
 }
 
 /// Our own texts, which are UTF-8 in the source.
-inline wxString italian(const char* text) { return wxString::FromUTF8(text); }
+inline wxString fromUtf8(const char* text) { return wxString::FromUTF8(text); }
 
 }  // namespace tellaxis::ui

@@ -36,7 +36,7 @@ bool TaskBarTray::add(const platform::TrayRecord& record) {
     mouseMoved_(leftButtonUp);
   });
   icon_->Bind(wxEVT_TASKBAR_RIGHT_UP, [this](const wxTaskBarIconEvent&) { mouseMoved_(rightButtonUp); });
-  return icon_->SetIcon(wxBitmapBundle::FromIconBundle(programIcons()), shown(record.tip));
+  return icon_->SetIcon(wxBitmapBundle::FromIconBundle(programIcons()), toWx(record.tip));
 }
 
 }  // namespace tellaxis::ui

@@ -13,7 +13,7 @@ TEST(StampaPorte, ShowsThreeLinesForEachPrinter) {
   computer.Printer.installed = {{"EPSON TM-L90 Receipt", "LPT1:"}, {"PDF", "FILE:"}};
   fStampa_Porte form;
   Form_Load(computer.host, form);
-  EXPECT_EQ(form.txtListaStampanti.Text,
+  EXPECT_EQ(form.txListaStampanti.Text,
             "Port    > LPT1:\r\n"
             "Printer > EPSON TM-L90 Receipt\r\n"
             "-------------------------------------\r\n"
@@ -26,19 +26,19 @@ TEST(StampaPorte, StaysEmptyWithoutPrinters) {
   fake::Computer computer;
   fStampa_Porte form;
   Form_Load(computer.host, form);
-  EXPECT_EQ(form.txtListaStampanti.Text, "");
+  EXPECT_EQ(form.txListaStampanti.Text, "");
   computer.Printer.installed = {{"PDF", "FILE:"}};
   computer.journal.failCall(1);
   Form_Load(computer.host, form);
-  EXPECT_EQ(form.txtListaStampanti.Text, "");
+  EXPECT_EQ(form.txListaStampanti.Text, "");
 }
 
 TEST(StampaPorte, AppendsToWhatTheBoxHolds) {
   fake::Computer computer;
   computer.Printer.installed = {{"PDF", "FILE:"}};
-  fStampa_Porte form{.txtListaStampanti = {"prima\r\n"}};
+  fStampa_Porte form{.txListaStampanti = {"prima\r\n"}};
   Form_Load(computer.host, form);
-  EXPECT_TRUE(form.txtListaStampanti.Text.starts_with("prima\r\nPort    > FILE:\r\n"));
+  EXPECT_TRUE(form.txListaStampanti.Text.starts_with("prima\r\nPort    > FILE:\r\n"));
 }
 
 }  // namespace
