@@ -7,6 +7,7 @@
 #include "core/ini.h"
 #include "platform/files.h"
 #include "platform/locale.h"
+#include "platform/profiles.h"
 
 namespace tellaxis {
 
@@ -45,15 +46,21 @@ void setUpDevices(DeviceSetup& setup) {
   setup.Cort_StartUP_Orbis();
 }
 
-}  // namespace
-
-void Form_Load(Bridge& bridge, DeviceSetup& setup, std::string mainFolder) {
-  setMainFolder(bridge.settings, std::move(mainFolder));
+/// All that start-up stores, flushed once: should the program be killed before, the next start stores the same.
+void storeStartValues(Bridge& bridge, DeviceSetup& setup) {
+  const platform::ProfileBatch batch(bridge.host.profiles);
   for (const std::string_view key : gateKeys) ScriviImpostazione(bridge.host, key, yes, bridge.settings.settingsFile);
   prepareJobFolders(bridge);
   readOrbisSetting(bridge);
   PosizioneOrbis51(bridge);
   setUpDevices(setup);
+}
+
+}  // namespace
+
+void Form_Load(Bridge& bridge, DeviceSetup& setup, std::string mainFolder) {
+  setMainFolder(bridge.settings, std::move(mainFolder));
+  storeStartValues(bridge, setup);
   for (const std::string_view role : stationRoles) bridge.form.Postazione.List.emplace_back(role);
   CaricaImpostazioni(bridge);
   setup.IconaAggiungi();

@@ -25,6 +25,23 @@ class Profiles {
   /// be stored, as it is for an absent section.
   virtual bool write(std::optional<std::string_view> section, std::optional<std::string_view> key,
                      std::optional<std::string_view> value, std::string_view file) = 0;
+
+  /// From here on writes may be kept back: they succeed, reads see them, and `endBatch` stores those of each file at
+  /// once, whole or not at all. Nothing is kept back unless an implementation gains by it.
+  virtual void beginBatch() {}
+  virtual void endBatch() {}
+};
+
+/// A batch that lasts as long as this lives.
+class ProfileBatch {
+ public:
+  explicit ProfileBatch(Profiles& profiles) : profiles_(profiles) { profiles_.beginBatch(); }
+  ~ProfileBatch() { profiles_.endBatch(); }
+  ProfileBatch(const ProfileBatch&) = delete;
+  ProfileBatch& operator=(const ProfileBatch&) = delete;
+
+ private:
+  Profiles& profiles_;
 };
 
 }  // namespace tellaxis::platform

@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <optional>
+#include <span>
 #include <thread>
 #include <utility>
 
@@ -87,10 +88,22 @@ struct Change {
   std::optional<TextEdit> editOf(std::string_view text) const { return editFor(text, section, key, value); }
 };
 
+using Changes = std::span<const Change>;
+
 std::string edited(std::string_view text, const TextEdit& edit) {
   std::string result;
   result.reserve(text.size() - (edit.end - edit.begin) + edit.replacement.size());
   return result.append(text.substr(0, edit.begin)).append(edit.replacement).append(text.substr(edit.end));
+}
+
+/// `text` with all the changes; nothing when it already says so.
+std::optional<std::string> changed(std::string_view text, Changes changes) {
+  std::optional<std::string> result;
+  for (const Change& change : changes) {
+    const std::string_view present = result ? std::string_view(*result) : text;
+    if (const auto edit = change.editOf(present)) result = edited(present, *edit);
+  }
+  return result;
 }
 
 /// How one attempt to store ended. A passing reason is worth another attempt.
@@ -103,7 +116,7 @@ Attempt passing(std::string_view reason) { return {Attempt::End::passing, std::s
 
 Attempt failure(int error) { return {Attempt::End::failed, reasonOf(error)}; }
 
-Attempt attempt(const std::string& path, const Change& change) {
+Attempt attempt(const std::string& path, Changes changes) {
   const std::optional<std::string> target = linkTarget(path);
   if (!target) return failure(ELOOP);
   const std::size_t folderEnd = target->rfind('/');
@@ -120,10 +133,10 @@ Attempt attempt(const std::string& path, const Change& change) {
     case FileState::absent:
     case FileState::read: break;
   }
-  const auto edit = change.editOf(current.text());
-  if (!edit) return {};
+  const auto text = changed(current.text(), changes);
+  if (!text) return {};
   int error = 0;
-  switch (replaceFile(lock, name.c_str(), current, edited(current.text(), *edit), error)) {
+  switch (replaceFile(lock, name.c_str(), current, *text, error)) {
     case Replaced::done: return {};
     case Replaced::changedMeanwhile: return passing(changingReason);
     case Replaced::failed: break;
@@ -132,18 +145,28 @@ Attempt attempt(const std::string& path, const Change& change) {
 }
 
 /// True when the file already says so, found without a lock: the way of nearly every write.
-bool alreadySaid(const std::string& path, const Change& change) {
+bool alreadySaid(const std::string& path, Changes changes) {
   const ProfileFile current(AT_FDCWD, path.c_str());
-  return current.state() == FileState::read && !change.editOf(current.text());
+  return current.state() == FileState::read && !changed(current.text(), changes);
 }
 
-Attempt store(const std::string& path, const Change& change, std::chrono::milliseconds patience) {
-  if (alreadySaid(path, change)) return {};
-  const Deadline deadline = std::chrono::steady_clock::now() + patience;
+Attempt store(const std::string& path, Changes changes, std::chrono::milliseconds longestWait) {
+  if (alreadySaid(path, changes)) return {};
+  const Deadline deadline = std::chrono::steady_clock::now() + longestWait;
   for (;;) {
-    Attempt result = attempt(path, change);
+    Attempt result = attempt(path, changes);
     if (result.end != Attempt::End::passing || !waitUntil(deadline)) return result;
   }
+}
+
+/// The writes of a batch, in their order, as changes.
+template <class Writes>
+std::vector<Change> changesOf(const Writes& writes) {
+  std::vector<Change> changes;
+  for (const auto& write : writes)
+    changes.push_back(
+        {write.section, std::optional<std::string_view>(write.key), std::optional<std::string_view>(write.value)});
+  return changes;
 }
 
 }  // namespace
@@ -163,8 +186,14 @@ std::string LinuxProfiles::read(std::optional<std::string_view> section, std::op
     if (isHeld(current) && waitUntil(deadline)) continue;
     if (current.state() == FileState::locked) trace_.failed("lettura INI", file, lockedReason);
     if (current.state() == FileState::failed) trace_.failed("lettura INI", file, reasonOf(current.error()));
-    if (current.state() == FileState::read || current.state() == FileState::openElsewhere)
-      return answer(current.text(), section, key, fallback, size);
+    const bool isRead = current.state() == FileState::read || current.state() == FileState::openElsewhere;
+    const auto held = held_.find(path);
+    if (held != held_.end() && (isRead || current.state() == FileState::absent)) {
+      const auto changes = changesOf(held->second.writes);
+      const auto text = changed(current.text(), changes);
+      return answer(text ? std::string_view(*text) : current.text(), section, key, fallback, size);
+    }
+    if (isRead) return answer(current.text(), section, key, fallback, size);
     return std::string(fitted(fallback, size));
   }
 }
@@ -172,9 +201,27 @@ std::string LinuxProfiles::read(std::optional<std::string_view> section, std::op
 bool LinuxProfiles::write(std::optional<std::string_view> section, std::optional<std::string_view> key,
                           std::optional<std::string_view> value, std::string_view file) {
   Attempt result{Attempt::End::failed, std::string(noSectionReason)};
-  if (section) result = store(resolve_(file), {upToNul(*section), upToNul(key), upToNul(value)}, waits_.write);
+  if (section) {
+    const Change change{upToNul(*section), upToNul(key), upToNul(value)};
+    if (batching_) {
+      HeldFile& held = held_.try_emplace(resolve_(file), HeldFile{std::string(file), {}}).first->second;
+      held.writes.push_back({std::string(change.section), std::optional<std::string>(change.key),
+                             std::optional<std::string>(change.value)});
+      return true;
+    }
+    result = store(resolve_(file), {&change, 1}, waits_.write);
+  }
   if (result.end != Attempt::End::done) trace_.failed("scrittura INI", file, result.reason);
   return result.end == Attempt::End::done;
+}
+
+void LinuxProfiles::endBatch() {
+  batching_ = false;
+  for (const auto& [path, held] : std::exchange(held_, {})) {
+    const auto changes = changesOf(held.writes);
+    const Attempt result = store(path, changes, waits_.write);
+    if (result.end != Attempt::End::done) trace_.failed("scrittura INI", held.file, result.reason);
+  }
 }
 
 }  // namespace tellaxis::platform

@@ -3,8 +3,11 @@
 
 #include <chrono>
 #include <functional>
+#include <map>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/profiles.h"
 #include "platform/trace.h"
@@ -32,10 +35,27 @@ class LinuxProfiles : public Profiles {
   bool write(std::optional<std::string_view> section, std::optional<std::string_view> key,
              std::optional<std::string_view> value, std::string_view file) override;
 
+  /// A batch costs one replacement and one flush a file; used by one thread.
+  void beginBatch() override { batching_ = true; }
+  void endBatch() override;
+
  private:
+  /// A write that is kept back.
+  struct HeldWrite {
+    std::string section;
+    std::optional<std::string> key;
+    std::optional<std::string> value;
+  };
+  struct HeldFile {
+    std::string file;  ///< as the first write named it
+    std::vector<HeldWrite> writes;
+  };
+
   std::function<std::string(std::string_view)> resolve_;
   Trace& trace_;
   ProfileWaits waits_;
+  bool batching_ = false;
+  std::map<std::string, HeldFile> held_;  ///< by native path
 };
 
 }  // namespace tellaxis::platform

@@ -18,6 +18,15 @@ TEST_P(ProfileVectors, GiveTheResultsAndLeaveTheBytes) {
   EXPECT_EQ(content(), final.value_or(""));
 }
 
+TEST_P(ProfileVectors, GiveTheSameInABatch) {
+  if (const auto initial = test::bytesFromHex(GetParam()["initial_file_hex"])) put(*initial);
+  {
+    const ProfileBatch batch(profiles_);
+    test::carryOut(GetParam(), profiles_, file_);
+  }
+  EXPECT_EQ(content(), test::bytesFromHex(GetParam()["final_file_hex"]).value_or(""));
+}
+
 INSTANTIATE_TEST_SUITE_P(Windows, ProfileVectors, testing::ValuesIn(test::profileVectors()), test::nameOf);
 
 TEST(ProfileVectorFile, HoldsEveryCase) { EXPECT_EQ(test::profileVectors().size(), 66u); }
