@@ -15,7 +15,7 @@ namespace tellaxis {
 
 void ConnectedDevices::LanciaFileDisplay() { tellaxis::LanciaFileDisplay(bridge_); }
 void ConnectedDevices::MF_Invia(std::string_view jobFile) { tellaxis::MF_Invia(bridge_, jobFile); }
-void ConnectedDevices::LanciaFileRF() { tellaxis::LanciaFileRF(bridge_); }
+void ConnectedDevices::LanciaFileRF() { tellaxis::LanciaFileRF(bridge_, printedForms_); }
 void ConnectedDevices::Cort_StampaFile(std::string_view jobFile) { tellaxis::Cort_StampaFile(bridge_, jobFile); }
 
 void ConnectedDevices::Display_StartUP_Valori() { tellaxis::Display_StartUP_Valori(bridge_); }

@@ -3,6 +3,7 @@
 
 #include "core/bridge.h"
 #include "core/devices.h"
+#include "slip/printed_forms.h"
 
 namespace tellaxis {
 
@@ -28,6 +29,7 @@ class ConnectedDevices : public Devices, public DeviceSetup {
 
  private:
   Bridge& bridge_;
+  PrintedForms printedForms_;
 };
 
 }  // namespace tellaxis

@@ -1,6 +1,7 @@
 // Polling: the tick and the job router.
 #include "core/polling.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <exception>
@@ -8,6 +9,7 @@
 
 #include "core/ini.h"
 #include "core/prompt.h"
+#include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/locale.h"
 #include "platform/trace.h"
@@ -15,6 +17,9 @@
 namespace tellaxis {
 
 namespace {
+
+constexpr double slipRestPerSecond = 10;
+constexpr double longestSlipRest = 30;
 
 struct RoutedKind {
   std::string_view kind;
@@ -77,13 +82,15 @@ JobList moveAll(const Bridge& bridge, const std::string& dropFolder, const std::
 }
 
 /// Runs one job of a device. Whatever goes wrong in it, lack of memory included, is the job's own end and not the
-/// bridge's.
+/// bridge's: then it is false.
 template <class Job>
-void runJob(Bridge& bridge, std::string_view operation, std::string_view jobFile, Job job) {
+bool runJob(Bridge& bridge, std::string_view operation, std::string_view jobFile, Job job) {
   try {
     job();
+    return true;
   } catch (const std::exception& failure) {
     bridge.host.trace.failed(operation, jobFile, failure.what());
+    return false;
   }
 }
 
@@ -155,7 +162,18 @@ void Polling::pollSlipPrinter() {
   if (!settings.RF_Active || !bridge_.host.files.exists(settings.RF_File)) return;
   if (!isWhole(bridge_, settings.RF_File)) return;
   if (settings.RF_Stampante.empty() || !isGreaterThanZero(settings.RF_Seriale, bridge_.host.locale.regional())) return;
-  runJob(bridge_, "LanciaFileRF", settings.RF_File, [this] { devices_.LanciaFileRF(); });
+  if (slipRests()) return;
+  const double began = bridge_.host.clock.secondsSinceMidnight();
+  const bool done = runJob(bridge_, "LanciaFileRF", settings.RF_File, [this] { devices_.LanciaFileRF(); });
+  slipFailedAt_ = bridge_.host.clock.secondsSinceMidnight();
+  slipRest_ = done ? 0 : std::clamp(slipRestPerSecond * (slipFailedAt_ - began), 0.0, longestSlipRest);
+}
+
+/// A printer that does not answer costs time at each attempt, and the other devices wait meanwhile: the slip is tried
+/// again later, the later the longer the attempt took. Past midnight, or set back, the clock ends the rest.
+bool Polling::slipRests() const {
+  const double since = bridge_.host.clock.secondsSinceMidnight() - slipFailedAt_;
+  return since >= 0 && since < slipRest_;
 }
 
 void Polling::pollCourtesyPrinter() {

@@ -33,12 +33,15 @@ class Polling {
   void pollDisplay();
   void pollFiscalPrinter();
   void pollSlipPrinter();
+  bool slipRests() const;
   void pollCourtesyPrinter();
 
   Bridge& bridge_;
   Devices& devices_;
   std::vector<std::string> watched_;
   bool ticking_ = false;
+  double slipFailedAt_ = 0;  ///< seconds since midnight
+  double slipRest_ = 0;      ///< seconds from then on in which no slip is begun
 };
 
 }  // namespace tellaxis

@@ -1,9 +1,6 @@
 // Port choice: port names and the walk over the installed printers.
 #include "courtesy/port_choice.h"
 
-#include <algorithm>
-#include <vector>
-
 #include "core/values.h"
 #include "platform/locale.h"
 #include "text/letter_case.h"
@@ -48,16 +45,18 @@ std::string portName(const Bridge& bridge) {
 
 std::optional<platform::InstalledPrinter> selectPrinterOnPort(platform::Host& host, std::string_view port,
                                                               Matching matching) {
-  const auto printers = host.Printer.Printers().value_or(std::vector<platform::InstalledPrinter>());
-  const auto given = [&](const platform::InstalledPrinter& printer) { return matches(printer.Port, port, matching); };
-  const auto inOtherWords = [&](const platform::InstalledPrinter& printer) {
-    return isAmong(printer.Port, port, matching);
-  };
-  auto found = std::ranges::find_if(printers, given);
-  if (found == printers.end()) found = std::ranges::find_if(printers, inOtherWords);
-  if (found == printers.end()) return std::nullopt;
-  host.Printer.select(static_cast<std::size_t>(found - printers.begin()));
-  return *found;
+  std::size_t place = 0;
+  platform::PrinterSearch inOtherWords;
+  platform::PrinterSearch found = host.Printer.find([&](const platform::InstalledPrinter& printer) {
+    if (!inOtherWords.index && isAmong(printer.Port, port, matching))
+      inOtherWords = {.complete = true, .index = place, .printer = printer};
+    ++place;
+    return matches(printer.Port, port, matching);
+  });
+  if (!found.index) found = inOtherWords;
+  if (!found.index) return std::nullopt;
+  host.Printer.select(*found.index);
+  return found.printer;
 }
 
 }  // namespace tellaxis

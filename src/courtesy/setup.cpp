@@ -109,13 +109,8 @@ void Cort_StartUP_Orbis(Bridge& bridge) {
 }
 
 void Cort_Printer_Change(Bridge& bridge) {
-  const auto printers = bridge.host.Printer.Printers();
-  if (!printers) return;
-  for (const platform::InstalledPrinter& printer : *printers) {
-    if (printer.DeviceName != bridge.form.Cort_Printer.Text) continue;
-    bridge.form.Cort_COM.Text = printer.Port;
-    return;
-  }
+  const auto named = platform::findPrinterNamed(bridge.host.Printer, bridge.form.Cort_Printer.Text);
+  if (named.index) bridge.form.Cort_COM.Text = named.printer.Port;
 }
 
 }  // namespace tellaxis

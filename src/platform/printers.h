@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,20 +33,35 @@ struct Picture {
   int height = 0;
 };
 
+/// What a search among the installed printers came to.
+struct PrinterSearch {
+  bool complete = false;             ///< false: it ended at printers that could not be listed
+  std::optional<std::size_t> index;  ///< in `Printers()`, of the printer that was found
+  InstalledPrinter printer;          ///< the one that was found
+};
+
 /// The printer object: one current printer, one font in force, and an open document that statements are added to until
-/// it is ended. It starts on the first installed printer with font "Courier New", size 10, not bold, black. Font, size,
-/// boldness and colour survive the end of a document and the choice of another printer. A failing call changes nothing.
+/// it is ended. Until a printer is chosen the default one is current. Choosing a printer, also the one that is current
+/// already, begins with font "Courier New", size 10, not bold, black, at position 0,0. Font, size, boldness and colour
+/// then survive the end of a document; the next document begins at position 0,0. A failing call costs itself alone: it
+/// changes nothing, and what was said before and is said after it is printed. Where a document cannot be opened, the
+/// next statement tries again.
 class PrinterObject {
  public:
   virtual ~PrinterObject() = default;
 
-  /// The installed printers in the system's order; nothing when they cannot be listed.
+  /// The installed printers, those of the devices file first, then the system's own in the system's order; nothing when
+  /// they cannot be listed.
   virtual std::optional<std::vector<InstalledPrinter>> Printers() = 0;
+
+  /// The first of `Printers()` that `matches`. The system is asked only where none of the devices file does.
+  virtual PrinterSearch find(const std::function<bool(const InstalledPrinter&)>& matches) = 0;
 
   /// Makes the printer at `index` of `Printers()` the current one.
   virtual bool select(std::size_t index) = 0;
 
-  /// The current printer's `DeviceName`; empty when there is no printer.
+  /// The current printer's `DeviceName`; empty when there is no printer. The default one is the first of the devices
+  /// file, without such the one that the system calls so, asked for each document.
   virtual std::string DeviceName() = 0;
 
   /// Font of the statements to come. An empty name is a failure.
@@ -76,8 +92,16 @@ class PrinterObject {
   /// On return the document is safe with the device or the spooler; on a failure it is gone and is not sent again.
   virtual bool EndDoc() = 0;
 
+  /// Throws the open document of the current printer away, so that nothing of it is printed.
+  virtual void abandon() = 0;
+
   /// Ends every document still open, on whatever printer; called once when the program ends.
   virtual void endOpenDocuments() = 0;
 };
+
+/// The first installed printer of exactly this name.
+inline PrinterSearch findPrinterNamed(PrinterObject& printers, std::string_view deviceName) {
+  return printers.find([&](const InstalledPrinter& printer) { return printer.DeviceName == deviceName; });
+}
 
 }  // namespace tellaxis::platform

@@ -84,48 +84,52 @@ bool carryOut(const SlipStep& step, platform::PrinterObject& printer, const Slip
   return false;
 }
 
+void endForm(platform::PrinterObject& printer, PrintedForms& printed) {
+  require(printer.EndDoc(), "fine documento");
+  ++printed.count;
+}
+
 /// A document for each section, printed once the whole job has been read.
-void printSections(Bridge& bridge, const SlipLayout& layout) {
+void printSections(Bridge& bridge, const SlipLayout& layout, PrintedForms& printed) {
   Records records(bridge.host.files.openInput(bridge.settings.RF_File));
   const SlipForm form = readSlipForm(records);
   records.close();
   platform::PrinterObject& printer = bridge.host.Printer;
-  for (std::size_t section = 0; section <= form.lastSection; ++section) {
+  for (auto section = static_cast<std::size_t>(printed.count); section <= form.lastSection; ++section) {
     for (const SlipStep& step : layout.steps) require(carryOut(step, printer, form, section), "stampa");
-    require(printer.EndDoc(), "fine documento");
+    endForm(printer, printed);
   }
-  require(bridge.host.files.remove(bridge.settings.RF_File), "cancellazione del file");
 }
 
 /// Each record is a row, whatever its marker; a document for each form.
-void printRows(Bridge& bridge, const SlipLayout&) {
+void printRows(Bridge& bridge, const SlipLayout&, PrintedForms& printed) {
   Records records(bridge.host.files.openInput(bridge.settings.RF_File));
   platform::PrinterObject& printer = bridge.host.Printer;
+  std::int64_t rowsDone = std::int64_t{printed.count} * rowsOfForm;
   int rows = 0;
   while (const auto record = records.next()) {
     const std::string_view text = textOfRecord(*record);
+    if (rowsDone-- > 0) continue;
     require(printer.FontName("FontB11"), "scelta del carattere");
     require(printer.Print(text), "stampa");
     if (++rows < rowsOfForm) continue;
-    require(printer.EndDoc(), "fine documento");
+    endForm(printer, printed);
     rows = 0;
   }
-  if (rows != 0) require(printer.EndDoc(), "fine documento");
-  records.close();
-  require(bridge.host.files.remove(bridge.settings.RF_File), "cancellazione del file");
+  if (rows != 0) endForm(printer, printed);
 }
 
 constexpr SlipLayout layouts[] = {
-    {.RF_Stampante = "EPSON TM-L90 Receipt", .print = printSections, .steps = receiptSteps},
-    {.RF_Stampante = "Custom KUBE Ric. Fisc. [A]", .print = printSections, .steps = kubeSteps},
-    {.RF_Stampante = rowPrinter, .print = printRows},
+    {.printer = "EPSON TM-L90 Receipt", .print = printSections, .steps = receiptSteps},
+    {.printer = "Custom KUBE Ric. Fisc. [A]", .print = printSections, .steps = kubeSteps},
+    {.printer = rowPrinter, .print = printRows},
 };
 
 }  // namespace
 
-const SlipLayout* slipLayoutOf(std::string_view RF_Stampante) {
+const SlipLayout* slipLayoutOf(std::string_view printer) {
   for (const SlipLayout& layout : layouts)
-    if (layout.RF_Stampante == RF_Stampante) return &layout;
+    if (layout.printer == printer) return &layout;
   return nullptr;
 }
 

@@ -5,7 +5,7 @@
 #include <span>
 #include <string_view>
 
-#include "core/bridge.h"
+#include "slip/printed_forms.h"
 
 namespace tellaxis {
 
@@ -29,8 +29,8 @@ struct SlipStep {
 };
 
 struct SlipLayout {
-  std::string_view RF_Stampante;  ///< the printer that it is for
-  void (*print)(Bridge& bridge, const SlipLayout& layout);
+  std::string_view printer;  ///< name of the printer that it is for
+  void (*print)(Bridge& bridge, const SlipLayout& layout, PrintedForms& printed);
   std::span<const SlipStep> steps = {};  ///< of each section's document
 };
 
@@ -38,6 +38,6 @@ struct SlipLayout {
 inline constexpr std::string_view rowPrinter = "EPSON TM-U295 Slip";
 
 /// The layout of a printer, compared exactly; null where there is none.
-const SlipLayout* slipLayoutOf(std::string_view RF_Stampante);
+const SlipLayout* slipLayoutOf(std::string_view printer);
 
 }  // namespace tellaxis

@@ -1,4 +1,4 @@
-// Printer choice: the walk over the installed printers.
+// Printer choice: by the exact name.
 #include "slip/printer_choice.h"
 
 #include "slip/require.h"
@@ -6,13 +6,9 @@
 namespace tellaxis {
 
 void selectPrinterNamed(platform::PrinterObject& printer, std::string_view deviceName) {
-  const auto printers = printer.Printers();
-  require(printers.has_value(), "elenco delle stampanti");
-  for (std::size_t i = 0; i < printers->size(); ++i) {
-    if ((*printers)[i].DeviceName != deviceName) continue;
-    require(printer.select(i), "scelta della stampante");
-    return;
-  }
+  const platform::PrinterSearch named = platform::findPrinterNamed(printer, deviceName);
+  require(named.complete, "elenco delle stampanti");
+  if (named.index) require(printer.select(*named.index), "scelta della stampante");
 }
 
 }  // namespace tellaxis

@@ -14,11 +14,10 @@ void RF_StartUP_Valori(Bridge& bridge) {
 
 void RF_Printer_Change(Bridge& bridge) {
   MainForm& form = bridge.form;
-  const auto printers = bridge.host.Printer.Printers();
-  if (!printers) return;
-  for (const platform::InstalledPrinter& printer : *printers) {
-    if (printer.DeviceName != form.RF_Printer.Text) continue;
-    form.RF_COM.Text = printer.Port;
+  const platform::PrinterSearch named = platform::findPrinterNamed(bridge.host.Printer, form.RF_Printer.Text);
+  if (!named.complete) return;
+  if (named.index) {
+    form.RF_COM.Text = named.printer.Port;
     return;
   }
   const std::string& file = bridge.settings.settingsFile;

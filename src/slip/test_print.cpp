@@ -46,7 +46,6 @@ std::int16_t integerIn(const TextBox& box, const RegionalSettings& regional) {
 std::string numberedRow(int number) { return (number < 10 ? "R0" : "R") + std::to_string(number); }
 
 void printTest(platform::PrinterObject& printer, int rows, int columns) {
-  require(columns >= 0, "numero di colonne negativo");
   const std::string_view firstRow = ruler.substr(0, static_cast<std::size_t>(columns));
   for (int row = 1; row <= rows; ++row) require(printer.Print(row == 1 ? firstRow : numberedRow(row)), "stampa");
   require(printer.EndDoc(), "fine documento");
@@ -64,7 +63,9 @@ void cmdTest_Click(Bridge& bridge, const fStr_U295& form) {
     return say(noNumbers, applicationTitle);
   selectPrinterNamed(bridge.host.Printer, bridge.settings.RF_Stampante);
   const std::int16_t columns = integerIn(form.testChar, regional);
-  printTest(bridge.host.Printer, integerIn(form.testRow, regional), columns);
+  require(columns >= 0, "numero di colonne negativo");
+  const std::int16_t rows = integerIn(form.testRow, regional);
+  abandoningOnFailure(bridge.host.Printer, [&] { printTest(bridge.host.Printer, rows, columns); });
   say(whatToCheck, resultTitle);
 }
 

@@ -1,6 +1,7 @@
 """Printing: courtesy receipts and slips from their job files to folders, to a receipt printer and to a CUPS queue."""
 
 import json
+import os
 import shutil
 import socket
 import subprocess
@@ -101,6 +102,75 @@ class Printing(Scenario):
                 self.assertIn("Rossi Mario", "".join(self.texts()))
                 wait_for(lambda: not slip.exists(), "the slip's file is deleted")
                 program.stop()
+
+    def put_slip(self, text):
+        slip = self.desk.c("MERIDIA") / "Ricevuta.txt"
+        self.desk.write_whole(slip, text)
+        return slip
+
+    def test_nothing_of_a_slip_that_cannot_be_read_comes_out_with_the_next_one(self):
+        self.printer("EPSON TM-U295 Slip", "LPT1:", "folder:spool")
+        self.slip("EPSON TM-U295 Slip")
+        self.desk.start()
+        slip = self.put_slip("RR uno\r\nRR due\r\nR\r\n")
+        some_ticks(8)
+        self.assertTrue(slip.exists())
+        self.put_slip("RR tre\r\n")
+        self.assertEqual(self.texts(), ["tre"])
+        wait_for(lambda: not slip.exists(), "the slip's file is deleted")
+
+    def test_a_slip_printer_out_of_reach_for_a_moment_prints_once_it_is_back(self):
+        spool = self.desk.main / "spool"
+        spool.write_text("in the folder's place")
+        self.printer("EPSON TM-U295 Slip", "LPT1:", "folder:spool")
+        self.slip("EPSON TM-U295 Slip")
+        self.desk.start()
+        slip = self.put_slip("RR uno\r\nRR due\r\n")
+        some_ticks(8)
+        self.assertTrue(slip.exists())
+        spool.unlink()
+        self.assertEqual(self.texts(), ["uno", "due"])
+        wait_for(lambda: not slip.exists(), "the slip's file is deleted")
+        some_ticks()
+        self.assertEqual(len(list(spool.glob("*.jsonl"))), 1)
+
+    def test_a_courtesy_job_that_found_its_printer_out_of_reach_costs_itself_alone(self):
+        spool = self.desk.main / "spool"
+        spool.write_text("in the folder's place")
+        self.printer("SAMSUNG SRP-500", "COM3:", "folder:spool")
+        self.courtesy("SAMSUNG")
+        self.desk.start()
+        self.job("perduta#0\r\n")
+        wait_for(lambda: not self.desk.jobs("CortOrbis") and not self.desk.jobs("CortIN"), "the job is taken")
+        spool.unlink()
+        self.job("uno#0\r\n#1\r\n")
+        self.assertEqual(self.texts(), ["w", "uno", "P"])
+
+    def test_a_red_line_does_not_make_the_next_slip_red(self):
+        self.printer("SAMSUNG SRP-500", "COM3:", "folder:courtesy")
+        self.printer("EPSON TM-U295 Slip", "LPT1:", "folder:spool")
+        self.desk.settings(CORT_Active=-1, CORT_Printer="SAMSUNG", CORT_COM=3)
+        self.slip("EPSON TM-U295 Slip")
+        self.desk.start()
+        self.job("rosso#0#18#5#1#R\r\n")
+        wait_for(lambda: not self.desk.jobs("CortOrbis") and not self.desk.jobs("CortIN"), "the job is taken")
+        self.put_slip("RR nero\r\n")
+        expected = {"op": "print", "text": "nero", "font": "FontB11", "size": 10, "bold": False, "color": "#000000"}
+        self.assertEqual(self.document(), [expected])
+
+    @unittest.skipIf(ON_WINDOWS or os.geteuid() == 0, "a folder takes root's changes whatever its permissions")
+    def test_a_slip_that_cannot_be_deleted_is_not_printed(self):
+        self.printer("EPSON TM-U295 Slip", "LPT1:", "folder:spool")
+        self.slip("EPSON TM-U295 Slip")
+        slip = self.put_slip("RR uno\r\n")
+        slip.parent.chmod(0o555)
+        self.addCleanup(slip.parent.chmod, 0o755)
+        self.desk.start()
+        some_ticks(8)
+        self.assertFalse((self.desk.main / "spool").exists())
+        slip.parent.chmod(0o755)
+        self.assertEqual(self.texts(), ["uno"])
+        wait_for(lambda: not slip.exists(), "the slip's file is deleted")
 
     def test_a_document_without_an_end_is_ended_with_the_program(self):
         self.printer("SAMSUNG SRP-500", "COM3:", "folder:spool")

@@ -338,6 +338,43 @@ TEST_F(Tick, AfterARequestToStopNoDeviceIsGivenAnotherJob) {
   EXPECT_TRUE(computer.files.has("C:\\cassa\\CortOrbis\\c.txt"));
 }
 
+TEST_F(Tick, ASlipThatFailedSlowlyRestsTenTimesAsLongAndAtMostThirtySeconds) {
+  computer.files.put("C:\\rf.txt", "x");
+  const auto attempts = [this] { return computer.journal.callsThatBegin("LanciaFileRF").size(); };
+  double took = 2;
+  devices.onJob = [&](std::string_view operation) {
+    if (operation != "LanciaFileRF") return;
+    computer.clock.seconds += took;
+    throw StepFailed("Print");
+  };
+  polling.Timer1_Timer();
+  computer.clock.seconds += 19;
+  polling.Timer1_Timer();
+  EXPECT_EQ(attempts(), 1U) << "the other devices are served meanwhile";
+  computer.clock.seconds += 2;
+  took = 10;
+  polling.Timer1_Timer();
+  EXPECT_EQ(attempts(), 2U);
+  computer.clock.seconds += 31;
+  took = 0;
+  polling.Timer1_Timer();
+  polling.Timer1_Timer();
+  EXPECT_EQ(attempts(), 4U) << "a failure that took no time is tried again at once";
+}
+
+TEST_F(Tick, ASlipsRestEndsWhenTheClockIsSetBack) {
+  computer.files.put("C:\\rf.txt", "x");
+  devices.onJob = [&](std::string_view operation) {
+    if (operation != "LanciaFileRF") return;
+    computer.clock.seconds += 2;
+    throw StepFailed("Print");
+  };
+  polling.Timer1_Timer();
+  computer.clock.seconds -= 3600;
+  polling.Timer1_Timer();
+  EXPECT_EQ(computer.journal.callsThatBegin("LanciaFileRF").size(), 2U);
+}
+
 TEST_F(Tick, DoesNothingWhileAnotherIsUnderWay) {
   drop("a.txt");
   devices.onJob = [this](std::string_view operation) {

@@ -6,8 +6,8 @@
 #include <iterator>
 #include <string>
 
-#include "platform/printing/escpos.h"
 #include "platform/printing/escpos_decoder.h"
+#include "platform/printing/escpos_encoder.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace tellaxis::platform;

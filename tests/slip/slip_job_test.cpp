@@ -1,6 +1,7 @@
 // Slip job: the three layouts, statement by statement, and leaving at the first failure.
 #include "slip/slip_job.h"
 
+#include <algorithm>
 #include <string>
 
 #include "core/bridge.h"
@@ -25,6 +26,8 @@ constexpr std::string_view layouts[] = {receipt, kube, rows};
 const std::string openJob = "openInput C:\\MERIDIA\\rf.txt";
 const std::string readJob = "read C:\\MERIDIA\\rf.txt";
 const std::string removeJob = "remove C:\\MERIDIA\\rf.txt";
+const std::string mayRemove = "canRemove C:\\MERIDIA\\rf.txt";
+const std::string whichJob = "identity C:\\MERIDIA\\rf.txt";
 
 struct Desk {
   Desk(std::string_view printer, std::string_view text) {
@@ -36,11 +39,21 @@ struct Desk {
 
   fake::Computer computer;
   Bridge bridge{computer.host};
+  PrintedForms printedForms;
 
   bool hasJob() const { return computer.files.has(job); }
+  /// What came out, form by form; a statement without text only opens its document.
+  std::vector<std::vector<std::string>> forms() const {
+    std::vector<std::vector<std::string>> all;
+    for (const fake::PrintedDocument& document : computer.Printer.printed) {
+      all.push_back(document.statements);
+      std::erase_if(all.back(), [](const std::string& statement) { return statement.starts_with(", "); });
+    }
+    return all;
+  }
   const Calls& calls() const { return computer.journal.calls(); }
   const Calls& print() {
-    LanciaFileRF(bridge);
+    LanciaFileRF(bridge, printedForms);
     EXPECT_FALSE(computer.files.isOpen(job));
     return calls();
   }
@@ -90,7 +103,7 @@ Calls kubeSection(const std::string& section, const Calls& pad) {
 }
 
 Calls wholeJob(std::initializer_list<Calls> documents) {
-  Calls calls = {"Printers", "select 1", openJob, readJob, readJob};
+  Calls calls = {"Printers", "select 1", mayRemove, whichJob, openJob, readJob, readJob};
   for (const Calls& document : documents) calls.insert(calls.end(), document.begin(), document.end());
   calls.push_back(removeJob);
   return calls;
@@ -139,11 +152,11 @@ TEST(LanciaFileRF, PrintsOneDocumentWithAnEmptySectionForHeadersAlone) {
 
 TEST(LanciaFileRF, PrintsEveryRecordAsARowOnTheSlipPrinter) {
   Desk desk(rows, "RR Coperto\r\nI1 Bar\r\n\"xx a,b\"\r\nabc\r\n");
-  EXPECT_THAT(desk.print(), ElementsAre("Printers", "select 1", openJob, readJob,  //
-                                        "FontName FontB11", "Print Coperto",       //
-                                        "FontName FontB11", "Print Bar",           //
-                                        "FontName FontB11", "Print a,b",           //
-                                        "FontName FontB11", "Print ", readJob,     //
+  EXPECT_THAT(desk.print(), ElementsAre("Printers", "select 1", mayRemove, whichJob, openJob, readJob,  //
+                                        "FontName FontB11", "Print Coperto",                            //
+                                        "FontName FontB11", "Print Bar",                                //
+                                        "FontName FontB11", "Print a,b",                                //
+                                        "FontName FontB11", "Print ", readJob,                          //
                                         "EndDoc", removeJob));
   EXPECT_FALSE(desk.hasJob());
 }
@@ -234,23 +247,92 @@ TEST(LanciaFileRF, LeavesWhereTheFileIsMissing) {
     Desk desk(layout, "");
     desk.computer.files.erase(job);
     EXPECT_THROW(desk.print(), StepFailed);
-    EXPECT_EQ(desk.calls().back(), openJob);
+    EXPECT_EQ(desk.calls().back(), mayRemove);
   }
 }
 
-TEST(LanciaFileRF, LeavesAtEveryFailingStepAndKeepsTheFile) {
+TEST(LanciaFileRF, LeavesAtEveryFailingStepKeepsTheFileAndAbandonsTheDocument) {
   for (const std::string_view layout : layouts)
     sweepLeavingSteps([&](std::size_t failingCall) {
       Desk desk(layout, headers + bodyLines(45));
       desk.computer.journal.failCall(failingCall);
       if (failingCall == 0)
-        LanciaFileRF(desk.bridge);
+        desk.print();
       else
-        EXPECT_THROW(LanciaFileRF(desk.bridge), StepFailed);
+        EXPECT_THROW(desk.print(), StepFailed);
       EXPECT_EQ(desk.hasJob(), failingCall != 0);
       EXPECT_FALSE(desk.computer.files.isOpen(job));
-      return desk.calls();
+      Calls calls = desk.calls();
+      const auto opened = std::find(calls.begin(), calls.end(), openJob);
+      const bool whilePrinting = failingCall != 0 && opened != calls.end() && calls[failingCall - 1] != removeJob;
+      EXPECT_EQ(calls.back() == "abandon", whilePrinting);
+      if (whilePrinting) calls.pop_back();
+      return calls;
     });
+}
+
+TEST(LanciaFileRF, AfterAnySingleFailureEveryFormComesOutOnceAndWhole) {
+  for (const std::string_view layout : layouts) {
+    Desk undisturbed(layout, headers + bodyLines(45));
+    const std::size_t calls = undisturbed.print().size();
+    for (std::size_t failing = 1; failing <= calls; ++failing) {
+      Desk desk(layout, headers + bodyLines(45));
+      desk.computer.journal.failCall(failing);
+      EXPECT_THROW(desk.print(), StepFailed);
+      desk.print();
+      EXPECT_FALSE(desk.hasJob());
+      ASSERT_EQ(desk.forms(), undisturbed.forms()) << layout << ", call " << failing;
+    }
+  }
+}
+
+TEST(LanciaFileRF, NothingOfAJobThatCannotBeReadComesOutWithTheNextOne) {
+  Desk desk(rows, "RR uno\r\nRR due\r\nR\r\n");
+  EXPECT_THROW(desk.print(), StepFailed);
+  EXPECT_THROW(desk.print(), StepFailed);
+  desk.computer.files.put(job, "RR tre\r\n");
+  desk.print();
+  EXPECT_THAT(desk.forms(), ElementsAre(ElementsAre("tre, FontB11, 10, not bold, #000000")));
+}
+
+TEST(LanciaFileRF, FormsBeforeARecordThatCannotBeReadComeOutOnceHoweverOftenItIsTried) {
+  Desk desk(rows, bodyLines(41) + "R\r\n");
+  for (int tick = 0; tick < 3; ++tick) EXPECT_THROW(desk.print(), StepFailed);
+  EXPECT_EQ(desk.forms().size(), 1U);
+}
+
+TEST(LanciaFileRF, AFileThatCannotBeDeletedIsNotPrinted) {
+  for (const std::string_view layout : layouts) {
+    Desk desk(layout, headers + "RR x\r\n");
+    desk.computer.files.protect(job);
+    EXPECT_THROW(desk.print(), StepFailed);
+    EXPECT_TRUE(desk.forms().empty());
+    desk.computer.files.unprotect(job);
+    desk.print();
+    EXPECT_EQ(desk.forms().size(), 1U);
+  }
+}
+
+TEST(LanciaFileRF, AFileThatWasPrintedAndNotDeletedIsOnlyDeletedUntilItIsAnotherOne) {
+  Desk desk(rows, "RR x\r\n");
+  desk.computer.journal.failCall(11);  // the deletion
+  EXPECT_THROW(desk.print(), StepFailed);
+  EXPECT_EQ(desk.forms().size(), 1U);
+  desk.computer.journal.failCall(0);
+  EXPECT_THAT(desk.print(), ElementsAre("Printers", "select 1", mayRemove, whichJob, removeJob));
+  EXPECT_EQ(desk.forms().size(), 1U);
+
+  desk.computer.files.put(job, "RR x\r\n");
+  desk.print();
+  EXPECT_EQ(desk.forms().size(), 2U) << "the same text, but another file";
+}
+
+TEST(LanciaFileRF, TheColourAndBoldnessOfAnotherJobAreNotItsOwn) {
+  Desk desk(rows, "RR x\r\n");
+  desk.computer.Printer.ForeColor({255, 0, 0});
+  desk.computer.Printer.FontBold(true);
+  desk.print();
+  EXPECT_THAT(desk.forms(), ElementsAre(ElementsAre("x, FontB11, 10, not bold, #000000")));
 }
 
 }  // namespace

@@ -110,7 +110,7 @@ TEST(CmdTest, FailsAtNumbersThatItCannotUse) {
   }
 }
 
-TEST(CmdTest, LeavesAtEveryFailingStep) {
+TEST(CmdTest, LeavesAtEveryFailingStepAndAbandonsTheDocument) {
   sweepLeavingSteps([](std::size_t failingCall) {
     Desk desk;
     desk.computer.journal.failCall(failingCall);
@@ -119,7 +119,12 @@ TEST(CmdTest, LeavesAtEveryFailingStep) {
       EXPECT_THROW(desk.test("3", "12"), StepFailed);
     else
       desk.test("3", "12");
-    return desk.computer.journal.calls();
+    Calls calls = desk.computer.journal.calls();
+    const bool whilePrinting = fails && failingCall > 2;
+    EXPECT_EQ(calls.back() == "abandon", whilePrinting);
+    if (whilePrinting) calls.pop_back();
+    EXPECT_EQ(desk.computer.Printer.printed.size(), fails ? 0U : 1U);
+    return calls;
   });
 }
 

@@ -6,7 +6,7 @@
 #include "platform/linux/printing/cups_printer.h"
 #include "platform/linux/printing/escpos_device.h"
 #include "platform/linux/printing/loaded_pages.h"
-#include "platform/printing/escpos.h"
+#include "platform/printing/escpos_printer.h"
 #include "platform/printing/folder_printer.h"
 #include "platform/printing/streaming_printer.h"
 
@@ -32,6 +32,7 @@ struct BackEndMaker {
   const InstalledPrinter& printer;
   const std::string& mainFolder;
   const BitmapReader& readBitmap;
+  const std::shared_ptr<CupsServer>& server;
   Trace& trace;
 
   using BackEnd = std::unique_ptr<PrinterBackEnd>;
@@ -48,7 +49,7 @@ struct BackEndMaker {
     return std::make_unique<FolderPrinter>(underMainFolder(target.folder, mainFolder), makePage, trace);
   }
   BackEnd operator()(const QueueTarget& target) const {
-    return openCupsPrinter(target.queue, printer.DeviceName, readBitmap, trace);
+    return openCupsPrinter(server, target.queue, printer.DeviceName, readBitmap, trace);
   }
   BackEnd operator()(const EscPosDeviceTarget& target) const {
     return escPos(openDeviceChannel(underMainFolder(target.device, mainFolder), trace));
@@ -56,7 +57,7 @@ struct BackEndMaker {
   BackEnd operator()(const EscPosNetworkTarget& target) const {
     return escPos(openNetworkChannel(target.host, target.port, trace));
   }
-  BackEnd operator()(const EscPosQueueTarget& target) const { return escPos(openCupsChannel(target.queue, trace)); }
+  BackEnd operator()(const EscPosQueueTarget& target) const { return escPos(openCupsChannel(server, target.queue)); }
 };
 
 }  // namespace
@@ -71,11 +72,13 @@ std::unique_ptr<PrinterObject> openPrinters(const DevicesFile& devices, const st
     if (!bitmap) return std::nullopt;
     return Picture{std::string(file), bitmap->width, bitmap->height};
   };
+  const auto server = std::make_shared<CupsServer>(trace);
   std::vector<ListedPrinter> listed;
   for (const PrinterDefinition& definition : devices.printers)
-    listed.push_back({definition.printer,
-                      std::visit(BackEndMaker{definition.printer, mainFolder, readBitmap, trace}, definition.target)});
-  auto queues = std::make_unique<CupsPrinters>(devices.serialLines, readBitmap, trace);
+    listed.push_back(
+        {definition.printer,
+         std::visit(BackEndMaker{definition.printer, mainFolder, readBitmap, server, trace}, definition.target)});
+  auto queues = std::make_unique<CupsPrinters>(server, devices.serialLines, readBitmap, trace);
   return std::make_unique<StreamingPrinter>(std::move(listed), std::move(queues), readPicture, trace);
 }
 

@@ -10,7 +10,7 @@
 
 namespace tellaxis::platform {
 
-/// What every printer object starts with.
+/// What every choice of a printer begins with.
 inline constexpr const char* initialFontName = "Courier New";
 inline constexpr double initialFontSize = 10;
 
@@ -44,7 +44,8 @@ class DocumentSink {
  public:
   virtual ~DocumentSink() = default;
 
-  /// Takes the next operation. After a failure, which it reports to the trace, the document is lost.
+  /// Takes the next operation. A failure, which it reports to the trace, costs this operation alone where the device
+  /// can go on.
   virtual bool add(const Operation& operation) = 0;
 
   /// Hands the document over; on success it is safe with the device. Called once, as the last call.

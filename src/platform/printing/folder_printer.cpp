@@ -6,16 +6,15 @@
 #include <atomic>
 #include <charconv>
 #include <chrono>
-#include <cmath>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string_view>
 #include <system_error>
 #include <utility>
+#include <vector>
 
+#include "platform/printing/document_json.h"
 #include "text/code_page.h"
 
 namespace tellaxis::platform {
@@ -38,119 +37,38 @@ std::string utf8Of(const fs::path& path) {
   return {text.begin(), text.end()};
 }
 
-void appendJsonText(std::string& json, std::string_view text) {
-  static constexpr std::string_view digits = "0123456789abcdef";
-  static constexpr std::string_view escaped = "\"\\\b\f\n\r\t";
-  static constexpr std::string_view letters = "\"\\bfnrt";
-  json += '"';
-  for (const char byte : text) {
-    if (const std::size_t index = escaped.find(byte); index != std::string_view::npos) {
-      json += '\\';
-      json += letters[index];
-    } else if (const auto number = static_cast<std::uint8_t>(byte); number < 0x20) {
-      json += "\\u00";
-      json += digits[number >> 4U];
-      json += digits[number & 15U];
-    } else {
-      appendUtf8(json, unicodeOf(byte));
-    }
-  }
-  json += '"';
-}
-
-/// The fewest digits that read back as the same number. (std::to_chars would bring 180 KB of tables into the program.)
-void appendNumber(std::string& json, double number) {
-  constexpr int mostDigits = 17;
-  constexpr double exactIntegers = 1e15;
-  if (number == std::trunc(number) && std::abs(number) < exactIntegers) {
-    json += std::to_string(static_cast<std::int64_t>(number));
-    return;
-  }
-  std::array<char, 32> text{};
-  for (int digits = 1; digits <= mostDigits; ++digits) {
-    std::snprintf(text.data(), text.size(), "%.*g", digits, number);
-    if (std::strtod(text.data(), nullptr) == number) break;
-  }
-  json += text.data();
-}
-
-void appendCoordinate(std::string& json, std::optional<double> coordinate) {
-  if (coordinate)
-    appendNumber(json, *coordinate);
-  else
-    json += "null";
-}
-
-void appendColor(std::string& json, Color color) {
-  static constexpr std::string_view digits = "0123456789abcdef";
-  json += "\"#";
-  for (const std::uint8_t part : {color.red, color.green, color.blue}) {
-    json += digits[part >> 4U];
-    json += digits[part & 15U];
-  }
-  json += '"';
-}
-
-struct JsonWriter {
-  std::string& json;
-
-  void operator()(const PrintStatement& print) const {
-    json += R"({"op":"print","text":)";
-    appendJsonText(json, print.text);
-    json += R"(,"font":)";
-    appendJsonText(json, print.font);
-    json += R"(,"size":)";
-    appendNumber(json, print.size);
-    json += print.bold ? R"(,"bold":true,"color":)" : R"(,"bold":false,"color":)";
-    appendColor(json, print.color);
-    json += '}';
-  }
-  void operator()(const Move& move) const {
-    json += R"({"op":"move","x":)";
-    appendCoordinate(json, move.x);
-    json += R"(,"y":)";
-    appendCoordinate(json, move.y);
-    json += '}';
-  }
-  void operator()(const PaintedPicture& painted) const {
-    json += R"({"op":"picture","file":)";
-    appendJsonText(json, painted.picture.file);
-    json += R"(,"x":)";
-    appendNumber(json, painted.x);
-    json += R"(,"y":)";
-    appendNumber(json, painted.y);
-    json += R"(,"width":)" + std::to_string(painted.picture.width);
-    json += R"(,"height":)" + std::to_string(painted.picture.height) + '}';
-  }
-};
-
-/// A file that is written as its text grows.
+/// A file that is written as its text grows. What could not be written is kept and written again later.
 class GrowingFile {
  public:
   explicit GrowingFile(const fs::path& path) : stream_(path, std::ios::binary | std::ios::trunc) {}
 
   std::string& text() { return text_; }
 
-  /// Writes what came together, once it is much or `all` of it.
-  bool write(bool all) {
-    if (text_.size() >= writeAt || all) {
-      stream_.write(text_.data(), static_cast<std::streamsize>(text_.size()));
-      text_.clear();
-    }
-    return stream_.good();
-  }
+  /// Writes what came together, where it is much; false when that could not be done.
+  bool makeRoom() { return text_.size() < writeAt || write(); }
 
   bool close() {
-    if (!write(true)) return false;
+    const bool written = write();
     stream_.close();
-    return !stream_.fail();
+    return written && !stream_.fail();
   }
 
   bool good() const { return stream_.good(); }
 
  private:
+  bool write() {
+    stream_.clear();
+    stream_.seekp(written_);
+    stream_.write(text_.data(), static_cast<std::streamsize>(text_.size())).flush();
+    if (!stream_.good()) return false;
+    written_ += static_cast<std::streamoff>(text_.size());
+    text_.clear();
+    return true;
+  }
+
   std::ofstream stream_;
   std::string text_;
+  std::streamoff written_ = 0;
 };
 
 /// The number of a document's file ("000012.pdf"); 0 for any other file.
@@ -208,32 +126,38 @@ class FolderDocument final : public DocumentSink {
   bool good() const { return json_.good() && text_.good(); }
 
   bool add(const Operation& operation) override {
-    std::visit(JsonWriter{json_.text()}, operation);
+    if (!json_.makeRoom() || !text_.makeRoom()) return fail("Print", "scrittura non riuscita");
+    appendJson(json_.text(), operation);
     json_.text() += '\n';
     if (const auto* print = std::get_if<PrintStatement>(&operation)) {
       for (const char byte : print->text) appendUtf8(text_.text(), unicodeOf(byte));
       text_.text() += '\n';
     }
     if (page_ && !page_->add(operation)) page_.reset();
-    return (json_.write(false) && text_.write(false)) || fail("scrittura non riuscita");
+    return true;
   }
 
   bool finish() override {
     hasPage_ = page_ && page_->finish();
     page_.reset();
-    if (!json_.close() || !text_.close()) return fail("scrittura non riuscita");
+    if (!json_.close() || !text_.close()) return fail("EndDoc", "scrittura non riuscita");
     std::error_code error;
     const std::string number = numbered(nextNumber(folder_, error));
+    std::vector<fs::path> named;
     for (int kind = 0; kind < fileKinds && !error; ++kind) {
       if ((kind == pdfFile || kind == pngFile) && !hasPage_) continue;
-      fs::rename(temporaryFile(static_cast<FileKind>(kind)), folder_ / (number + std::string(extensions.at(kind))),
-                 error);
+      const fs::path file = folder_ / (number + std::string(extensions.at(kind)));
+      fs::rename(temporaryFile(static_cast<FileKind>(kind)), file, error);
+      if (!error) named.push_back(file);
     }
-    return !error || fail(error.message());
+    if (!error) return true;
+    std::error_code ignored;
+    for (const fs::path& file : named) fs::remove(file, ignored);
+    return fail("EndDoc", error.message());
   }
 
-  bool fail(std::string_view reason) {
-    trace_.failed("EndDoc", nearestCodePage(utf8Of(folder_)), nearestCodePage(reason));
+  bool fail(std::string_view operation, std::string_view reason) {
+    trace_.failed(operation, nearestCodePage(utf8Of(folder_)), nearestCodePage(reason));
     return false;
   }
 
@@ -263,14 +187,8 @@ std::unique_ptr<DocumentSink> FolderPrinter::open() {
   fs::create_directories(folder, error);
   auto document = std::make_unique<FolderDocument>(folder, makePage_, trace_);
   if (document->good()) return document;
-  document->fail("la cartella non si può scrivere");
+  document->fail("Print", "la cartella non si può scrivere");
   return nullptr;
-}
-
-std::string jsonOf(const Operation& operation) {
-  std::string json;
-  std::visit(JsonWriter{json}, operation);
-  return json;
 }
 
 }  // namespace tellaxis::platform

@@ -30,7 +30,4 @@ class FolderPrinter final : public PrinterBackEnd {
   Trace& trace_;
 };
 
-/// One operation as a JSON object in UTF-8, without a line's end.
-std::string jsonOf(const Operation& operation);
-
 }  // namespace tellaxis::platform

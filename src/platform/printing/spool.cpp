@@ -22,22 +22,33 @@ std::FILE* temporaryFile() {
 }  // namespace
 
 bool Spool::append(std::string_view bytes) {
+  if (!makeRoom()) return false;
   memory_ += bytes;
   size_ += bytes.size();
-  return memory_.size() < inMemory_ || flush();
+  return true;
 }
 
+bool Spool::makeRoom() { return memory_.size() < inMemory_ || flush(); }
+
+/// What could not be written is kept, to be written again from where it belongs.
 bool Spool::flush() {
-  if (!file_) file_.reset(temporaryFile());
-  failed_ = failed_ || !file_ || std::fwrite(memory_.data(), 1, memory_.size(), file_.get()) != memory_.size();
+  if (!file_) {
+    file_.reset(temporaryFile());
+    if (!file_) return false;
+    std::setvbuf(file_.get(), nullptr, _IONBF, 0);
+  }
+  std::clearerr(file_.get());
+  const auto place = static_cast<long>(size_ - memory_.size());
+  if (std::fseek(file_.get(), place, SEEK_SET) != 0 ||
+      std::fwrite(memory_.data(), 1, memory_.size(), file_.get()) != memory_.size())
+    return false;
   memory_.clear();
-  return !failed_;
+  return true;
 }
 
 bool Spool::rewind() {
   position_ = 0;
-  if (!file_) return !failed_;
-  failed_ = !flush() || std::fflush(file_.get()) != 0 || std::fseek(file_.get(), 0, SEEK_SET) != 0;
+  failed_ = file_ && (!flush() || std::fseek(file_.get(), 0, SEEK_SET) != 0);
   return !failed_;
 }
 

@@ -14,7 +14,10 @@ class Spool {
  public:
   explicit Spool(std::size_t inMemory = 1024 * 1024) : inMemory_(inMemory) {}
 
-  /// False when there is no more room on the disk.
+  /// Makes sure that the next bytes find room. False when the disk has none; what was appended stays.
+  bool makeRoom();
+
+  /// False, and nothing of `bytes` is kept, when there is no more room on the disk.
   bool append(std::string_view bytes);
 
   /// Goes back to the first byte for reading; nothing is appended from then on. False on a failure.

@@ -9,28 +9,36 @@ namespace tellaxis::platform {
 
 StreamingPrinter::StreamingPrinter(std::vector<ListedPrinter> listed, std::unique_ptr<SystemPrinters> system,
                                    PictureReader readPicture, Trace& trace)
-    : listed_(std::move(listed)), system_(std::move(system)), readPicture_(std::move(readPicture)), trace_(trace) {}
+    : listed_(std::move(listed)), system_(std::move(system)), readPicture_(std::move(readPicture)), trace_(trace) {
+  for (const ListedPrinter& entry : listed_) enumeration_.push_back({entry.printer, entry.backEnd.get()});
+}
 
 std::optional<std::vector<InstalledPrinter>> StreamingPrinter::Printers() {
-  std::vector<Enumerated> enumeration;
-  for (const ListedPrinter& entry : listed_) enumeration.push_back({entry.printer, entry.backEnd.get()});
-  if (system_) {
-    auto installed = system_->list();
-    if (!installed && enumeration.empty()) return std::nullopt;
-    if (installed)
-      for (InstalledPrinter& printer : *installed) enumeration.push_back({std::move(printer)});
-  }
-  enumeration_ = std::move(enumeration);
+  if (!listSystem() && listed_.empty()) return std::nullopt;
   std::vector<InstalledPrinter> printers;
   printers.reserve(enumeration_.size());
   for (const Enumerated& entry : enumeration_) printers.push_back(entry.printer);
   return printers;
 }
 
+PrinterSearch StreamingPrinter::find(const std::function<bool(const InstalledPrinter&)>& matches) {
+  const auto searchFrom = [&](std::size_t first) {
+    for (std::size_t i = first; i < enumeration_.size(); ++i)
+      if (matches(enumeration_[i].printer)) return PrinterSearch{true, i, enumeration_[i].printer};
+    return PrinterSearch{true};
+  };
+  enumeration_.resize(listed_.size());
+  if (PrinterSearch among = searchFrom(0); among.index) return among;
+  return listSystem() ? searchFrom(listed_.size()) : PrinterSearch{};
+}
+
 bool StreamingPrinter::select(std::size_t index) {
-  if (index >= enumeration_.size()) Printers();
+  if (index >= enumeration_.size()) listSystem();
   if (index >= enumeration_.size()) return fail("Printer", std::to_string(index), "stampante inesistente");
   current_ = enumeration_[index];
+  isChosen_ = true;
+  style_ = {};
+  x_ = y_ = 0;
   return true;
 }
 
@@ -41,23 +49,23 @@ std::string StreamingPrinter::DeviceName() {
 
 bool StreamingPrinter::FontName(std::string_view name) {
   if (name.empty()) return fail("FontName", name, "nome del carattere vuoto");
-  fontName_ = name;
+  style_.font = name;
   return true;
 }
 
 bool StreamingPrinter::FontSize(double points) {
   if (!(points > 0) || !std::isfinite(points)) return fail("FontSize", std::to_string(points), "misura non valida");
-  fontSize_ = points;
+  style_.size = points;
   return true;
 }
 
 bool StreamingPrinter::FontBold(bool bold) {
-  fontBold_ = bold;
+  style_.bold = bold;
   return true;
 }
 
 bool StreamingPrinter::ForeColor(Color color) {
-  foreColor_ = color;
+  style_.color = color;
   return true;
 }
 
@@ -74,7 +82,7 @@ bool StreamingPrinter::CurrentY(double y) {
 }
 
 bool StreamingPrinter::Print(std::string_view text) {
-  return state("Print", PrintStatement{std::string(text), fontName_, fontSize_, fontBold_, foreColor_});
+  return state("Print", PrintStatement{std::string(text), style_.font, style_.size, style_.bold, style_.color});
 }
 
 bool StreamingPrinter::PaintPicture(const Picture& picture, double x, double y) {
@@ -84,41 +92,61 @@ bool StreamingPrinter::PaintPicture(const Picture& picture, double x, double y) 
 }
 
 bool StreamingPrinter::EndDoc() {
-  x_ = y_ = 0;
-  if (!current_) return true;
-  const auto found = std::find_if(documents_.begin(), documents_.end(),
-                                  [&](const OpenDocument& document) { return document.on == *current_; });
-  if (found == documents_.end()) return true;
-  OpenDocument document = std::move(*found);
-  documents_.erase(found);
-  if (document.lost) return false;
-  return !document.sink || document.sink->finish();
+  const auto document = takeDocument();
+  return !document || !document->sink || document->sink->finish();
 }
+
+void StreamingPrinter::abandon() { takeDocument(); }
 
 void StreamingPrinter::endOpenDocuments() {
   for (OpenDocument& document : std::exchange(documents_, {}))
-    if (document.sink && !document.lost) document.sink->finish();
+    if (document.sink) document.sink->finish();
 }
 
-/// The current printer: the chosen one or else the first installed.
+/// Asks the system for its printers; false where it could not tell them, and then it has none.
+bool StreamingPrinter::listSystem() {
+  enumeration_.resize(listed_.size());
+  if (!system_) return true;
+  auto list = system_->list();
+  if (!list) return false;
+  systemDefault_ = listed_.size() + list->defaultIndex;
+  for (InstalledPrinter& printer : list->printers) enumeration_.push_back({std::move(printer)});
+  return true;
+}
+
+/// The current printer: the chosen one, else the default one. A document that is open on that goes on there.
 const StreamingPrinter::Enumerated* StreamingPrinter::current(std::string_view operation) {
-  if (!current_) {
-    if (enumeration_.empty()) Printers();
-    if (enumeration_.empty()) {
-      fail(operation, "", "nessuna stampante installata");
-      return nullptr;
-    }
-    current_ = enumeration_.front();
-  }
-  return &*current_;
+  if (!isChosen_ && (!current_ || openDocumentOn(*current_) == nullptr)) current_ = defaultPrinter();
+  if (current_) return &*current_;
+  fail(operation, "", "nessuna stampante installata");
+  return nullptr;
 }
 
-StreamingPrinter::OpenDocument& StreamingPrinter::documentOf(const Enumerated& printer) {
+std::optional<StreamingPrinter::Enumerated> StreamingPrinter::defaultPrinter() {
+  if (!listed_.empty()) return enumeration_.front();
+  if (!listSystem() || enumeration_.empty()) return std::nullopt;
+  return enumeration_[std::min(systemDefault_, enumeration_.size() - 1)];
+}
+
+StreamingPrinter::OpenDocument* StreamingPrinter::openDocumentOn(const Enumerated& printer) {
   const auto found = std::find_if(documents_.begin(), documents_.end(),
                                   [&](const OpenDocument& document) { return document.on == printer; });
-  if (found != documents_.end()) return *found;
-  documents_.push_back({.on = printer});
-  return documents_.back();
+  return found == documents_.end() ? nullptr : &*found;
+}
+
+StreamingPrinter::OpenDocument& StreamingPrinter::documentOn(const Enumerated& printer) {
+  if (OpenDocument* open = openDocumentOn(printer)) return *open;
+  return documents_.emplace_back(OpenDocument{.on = printer});
+}
+
+/// Takes the current printer's document out of the open ones; the next one begins at position 0,0.
+std::optional<StreamingPrinter::OpenDocument> StreamingPrinter::takeDocument() {
+  x_ = y_ = 0;
+  OpenDocument* open = current_ ? openDocumentOn(*current_) : nullptr;
+  if (open == nullptr) return std::nullopt;
+  OpenDocument document = std::move(*open);
+  documents_.erase(documents_.begin() + (open - documents_.data()));
+  return document;
 }
 
 /// Opens the document at the device and tells it the moves that waited.
@@ -130,17 +158,15 @@ bool StreamingPrinter::begin(OpenDocument& document) {
   }
   if (backEnd != nullptr) document.sink = backEnd->open();
   if (!document.sink) return false;
-  const auto moves = std::exchange(document.waitingMoves, {});
-  return std::all_of(moves.begin(), moves.end(), [&](const Move& move) { return document.sink->add(move); });
+  for (const Move& move : std::exchange(document.waitingMoves, {})) document.sink->add(move);
+  return true;
 }
 
 bool StreamingPrinter::state(std::string_view operation, const Operation& statement) {
   const Enumerated* printer = current(operation);
   if (printer == nullptr) return false;
-  OpenDocument& document = documentOf(*printer);
-  if (document.lost) return fail(operation, printer->printer.DeviceName, "documento perduto");
-  document.lost = (!document.sink && !begin(document)) || !document.sink->add(statement);
-  return !document.lost;
+  OpenDocument& document = documentOn(*printer);
+  return (document.sink || begin(document)) && document.sink->add(statement);
 }
 
 bool StreamingPrinter::move(std::string_view operation, const Move& move) {
@@ -148,12 +174,8 @@ bool StreamingPrinter::move(std::string_view operation, const Move& move) {
     return fail(operation, "", "posizione non valida");
   const Enumerated* printer = current(operation);
   if (printer == nullptr) return false;
-  OpenDocument& document = documentOf(*printer);
-  if (document.lost) return fail(operation, printer->printer.DeviceName, "documento perduto");
-  if (document.sink) {
-    document.lost = !document.sink->add(move);
-    return !document.lost;
-  }
+  OpenDocument& document = documentOn(*printer);
+  if (document.sink) return document.sink->add(move);
   document.waitingMoves.push_back(move);
   return true;
 }

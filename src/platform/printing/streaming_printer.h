@@ -13,13 +13,19 @@
 
 namespace tellaxis::platform {
 
+/// The operating system's printers in its own order.
+struct SystemPrinterList {
+  std::vector<InstalledPrinter> printers;
+  std::size_t defaultIndex = 0;  ///< of the default printer; where the system names none, of the first
+};
+
 /// The printers that the operating system knows.
 class SystemPrinters {
  public:
   virtual ~SystemPrinters() = default;
 
   /// Listed anew at each call; nothing on a failure, which is reported to the trace.
-  virtual std::optional<std::vector<InstalledPrinter>> list() = 0;
+  virtual std::optional<SystemPrinterList> list() = 0;
 
   /// What prints on `printer`, which came from `list`; null on a failure, which is reported to the trace.
   virtual std::unique_ptr<PrinterBackEnd> backEnd(const InstalledPrinter& printer) = 0;
@@ -42,6 +48,7 @@ class StreamingPrinter final : public PrinterObject {
                    Trace& trace);
 
   std::optional<std::vector<InstalledPrinter>> Printers() override;
+  PrinterSearch find(const std::function<bool(const InstalledPrinter&)>& matches) override;
   bool select(std::size_t index) override;
   std::string DeviceName() override;
 
@@ -60,6 +67,7 @@ class StreamingPrinter final : public PrinterObject {
   bool PaintPicture(const Picture& picture, double x, double y) override;
 
   bool EndDoc() override;
+  void abandon() override;
   void endOpenDocuments() override;
 
  private:
@@ -80,11 +88,22 @@ class StreamingPrinter final : public PrinterObject {
     std::vector<Move> waitingMoves;
     std::unique_ptr<PrinterBackEnd> ownBackEnd;
     std::unique_ptr<DocumentSink> sink;
-    bool lost = false;
   };
 
+  /// What is in force since the printer was chosen.
+  struct Style {
+    std::string font = initialFontName;
+    double size = initialFontSize;
+    bool bold = false;
+    Color color;
+  };
+
+  bool listSystem();
   const Enumerated* current(std::string_view operation);
-  OpenDocument& documentOf(const Enumerated& printer);
+  std::optional<Enumerated> defaultPrinter();
+  std::optional<OpenDocument> takeDocument();
+  OpenDocument* openDocumentOn(const Enumerated& printer);
+  OpenDocument& documentOn(const Enumerated& printer);
   bool begin(OpenDocument& document);
   bool state(std::string_view operation, const Operation& statement);
   bool move(std::string_view operation, const Move& move);
@@ -94,13 +113,12 @@ class StreamingPrinter final : public PrinterObject {
   std::unique_ptr<SystemPrinters> system_;
   PictureReader readPicture_;
   Trace& trace_;
-  std::vector<Enumerated> enumeration_;
-  std::optional<Enumerated> current_;
+  std::vector<Enumerated> enumeration_;  ///< the listed ones, and the system's as last asked
+  std::size_t systemDefault_ = 0;        ///< in it
+  std::optional<Enumerated> current_;    ///< the chosen printer, or the default one that has the open document
+  bool isChosen_ = false;
   std::vector<OpenDocument> documents_;  ///< in the order of their opening
-  std::string fontName_ = initialFontName;
-  double fontSize_ = initialFontSize;
-  bool fontBold_ = false;
-  Color foreColor_;
+  Style style_;
   double x_ = 0;
   double y_ = 0;
 };

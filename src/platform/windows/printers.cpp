@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/printing/escpos.h"
+#include "platform/printing/escpos_printer.h"
 #include "platform/printing/folder_printer.h"
 #include "platform/printing/streaming_printer.h"
 #include "platform/windows/printing/escpos_device.h"

@@ -2,8 +2,13 @@
 #include "platform/linux/printers.h"
 
 #include <gmock/gmock.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
+#include <chrono>
 #include <cstdlib>
+#include <thread>
 
 #include "platform/linux/printing/cups_printer.h"
 #include "platform/printing/sample_documents.h"
@@ -86,11 +91,61 @@ TEST_F(LinuxPrinters, WithoutAServerQueuesFailAndOthersPrint) {
     EXPECT_TRUE(printer->Print("a"));
     EXPECT_FALSE(printer->EndDoc());
   }
-  EXPECT_THAT(trace.lines, ElementsAre("EndDoc | coda | il servizio di stampa non risponde",
+  EXPECT_THAT(trace.lines, ElementsAre("Printers | CUPS | il servizio di stampa non risponde",
+                                       "EndDoc | coda | il servizio di stampa non risponde",
                                        "EndDoc | coda | il servizio di stampa non risponde"));
   ASSERT_TRUE(printer->select(0));
   EXPECT_TRUE(printer->Print("a"));
   EXPECT_TRUE(printer->EndDoc());
+}
+
+/// A server that takes every connection and never answers.
+class SilentServer {
+ public:
+  explicit SilentServer(const std::string& path) : socket_(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    EXPECT_EQ(::bind(socket_, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    EXPECT_EQ(::listen(socket_, 64), 0);
+  }
+  ~SilentServer() { ::close(socket_); }
+  SilentServer(const SilentServer&) = delete;
+  SilentServer& operator=(const SilentServer&) = delete;
+
+ private:
+  int socket_;
+};
+
+TEST_F(LinuxPrinters, ASilentServerCostsTwoSecondsOnceAndPrintersOfTheDevicesFileNothing) {
+  const SilentServer server(folder / "silent.sock");
+  setenv("CUPS_SERVER", (folder / "silent.sock").c_str(), 1);
+  // libcups keeps to the server that a thread was first told.
+  std::thread([&] {
+    const auto printer =
+        open(std::string(oneFolderPrinter) + "[[printer]]\nname = \"Q\"\nport = \"LPT1:\"\ntarget = \"cups:coda\"\n");
+    const auto secondsOf = [](const auto& action) {
+      const auto begin = std::chrono::steady_clock::now();
+      action();
+      return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+    };
+    EXPECT_LT(secondsOf([&] { EXPECT_EQ(findPrinterNamed(*printer, "SAMSUNG SRP-350").index, 0U); }), 1);
+    EXPECT_THAT(trace.lines, IsEmpty());
+    const double first = secondsOf([&] { EXPECT_FALSE(findPrinterNamed(*printer, "Altra").complete); });
+    EXPECT_GT(first, 1.5);
+    EXPECT_LT(first, 4);
+    EXPECT_LT(secondsOf([&] {
+                EXPECT_FALSE(findPrinterNamed(*printer, "Altra").complete);
+                EXPECT_THAT(printer->Printers(), testing::Optional(SizeIs(2)));
+                EXPECT_TRUE(printer->select(1));
+                EXPECT_TRUE(printer->Print("a"));
+                EXPECT_FALSE(printer->EndDoc());
+              }),
+              2);
+    EXPECT_THAT(trace.lines, ElementsAre("Printers | CUPS | il servizio di stampa non risponde",
+                                         "Printers | CUPS | il servizio di stampa non ha risposto da poco",
+                                         "Printers | CUPS | il servizio di stampa non ha risposto da poco",
+                                         "EndDoc | coda | il servizio di stampa non ha risposto da poco"));
+  }).join();
 }
 
 TEST(PortOfQueue, IsThePortThatItsLineHas) {

@@ -1,5 +1,5 @@
 // Tests of the receipt-printer commands: golden bytes, what they say, and that no text can become a command.
-#include "platform/printing/escpos.h"
+#include "platform/printing/escpos_encoder.h"
 
 #include <gmock/gmock.h>
 
@@ -10,7 +10,6 @@
 #include "platform/printing/escpos_decoder.h"
 #include "platform/printing/papers.h"
 #include "platform/printing/sample_documents.h"
-#include "platform/trace_log.h"
 
 namespace tellaxis::platform {
 namespace {
@@ -243,51 +242,7 @@ TEST(EscPosDecoder, RefusesAPictureCutShortAnywhere) {
     ASSERT_NE(decodeEscPos(bytes.substr(0, length)).error, std::nullopt) << length;
 }
 
-/// Keeps what is sent.
-class KeptBytes final : public ByteChannel {
- public:
-  explicit KeptBytes(std::vector<std::string>& documents, bool works = true) : documents_(documents), works_(works) {}
-  bool send(Spool& document) override {
-    std::string bytes;
-    std::array<char, 100> block{};
-    while (const std::size_t got = document.read(block)) bytes.append(block.data(), got);
-    documents_.push_back(bytes);
-    return works_;
-  }
-
- private:
-  std::vector<std::string>& documents_;
-  bool works_;
-};
-
-TEST(EscPosPrinter, SendsADocumentAsOneJobAtItsEndAndOnlyOnce) {
-  std::vector<std::string> documents;
-  test::TraceLog trace;
-  EscPosPrinter printer("X", nullptr, std::make_unique<KeptBytes>(documents, false), trace);
-  const auto document = printer.open();
-  document->add(text("a"));
-  document->add(text("b"));
-  EXPECT_TRUE(documents.empty());
-  EXPECT_FALSE(document->finish());
-  EXPECT_THAT(documents, ElementsAre("\x1B@\x1Bt\x10"
-                                     "a\nb\n"));
-}
-
-TEST(EscPosPrinter, ADocumentOfAnyLengthIsSpooled) {
-  std::vector<std::string> documents;
-  test::TraceLog trace;
-  EscPosPrinter printer("X", nullptr, std::make_unique<KeptBytes>(documents), trace);
-  const auto document = printer.open();
-  for (int i = 0; i < 100'000; ++i) document->add(text("Riga " + std::to_string(i) + " della prova di lunghezza"));
-  EXPECT_TRUE(document->finish());
-  ASSERT_EQ(documents.size(), 1U);
-  const Decoded decoded = decodeEscPos(documents[0]);
-  EXPECT_EQ(decoded.error, std::nullopt);
-  ASSERT_EQ(decoded.events.size(), 100'001U);
-  EXPECT_EQ(decoded.events.back(), "text Riga 99999 della prova di lunghezza");
-}
-
-TEST(EscPosPrinter, ALongStretchOfEmptyLinesNeedsNoMemory) {
+TEST(EscPosEncoder, ALongStretchOfEmptyLinesNeedsNoMemory) {
   EscPosEncoder encoder(paperOf("X"), nullptr);
   std::size_t most = 0;
   std::size_t lines = 0;

@@ -1,5 +1,6 @@
 // Tests of the folder printer: names, order and content of the files of a document.
 #include "platform/printing/folder_printer.h"
+#include "platform/printing/document_json.h"
 
 #include <gmock/gmock.h>
 

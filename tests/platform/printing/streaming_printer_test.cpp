@@ -4,9 +4,8 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
-#include <limits>
 
-#include "platform/printing/folder_printer.h"
+#include "platform/printing/document_json.h"
 #include "platform/trace_log.h"
 
 namespace tellaxis::platform {
@@ -22,6 +21,8 @@ struct Journal {
   int opens = 1000;
   int takes = 1000;
   bool finishes = true;
+  int lists = 0;  ///< how often the system was asked for its printers
+  std::size_t systemDefault = 1;
 };
 
 class JournalSink final : public DocumentSink {
@@ -34,7 +35,13 @@ class JournalSink final : public DocumentSink {
     journal_.lines.push_back(name_ + " " + (print != nullptr ? print->text : json));
     return true;
   }
+  ~JournalSink() override {
+    if (!ended_) journal_.lines.push_back(name_ + " abandoned");
+  }
+  JournalSink(const JournalSink&) = delete;
+  JournalSink& operator=(const JournalSink&) = delete;
   bool finish() override {
+    ended_ = true;
     journal_.lines.push_back(name_ + " end");
     return journal_.finishes;
   }
@@ -42,6 +49,7 @@ class JournalSink final : public DocumentSink {
  private:
   std::string name_;
   Journal& journal_;
+  bool ended_ = false;
 };
 
 class JournalBackEnd final : public PrinterBackEnd {
@@ -60,9 +68,11 @@ class JournalBackEnd final : public PrinterBackEnd {
 class Spooler final : public SystemPrinters {
  public:
   Spooler(Journal& journal, bool& available) : journal_(journal), available_(available) {}
-  std::optional<std::vector<InstalledPrinter>> list() override {
+  std::optional<SystemPrinterList> list() override {
+    ++journal_.lists;
     if (!available_) return std::nullopt;
-    return std::vector<InstalledPrinter>{{"Laser", "USB001"}};
+    return SystemPrinterList{.printers = {{"Agenda", "USB002"}, {"Laser", "USB001"}},
+                             .defaultIndex = journal_.systemDefault};
   }
   std::unique_ptr<PrinterBackEnd> backEnd(const InstalledPrinter& printer) override {
     return std::make_unique<JournalBackEnd>(printer.DeviceName, journal_);
@@ -101,7 +111,23 @@ std::vector<std::string> namesOf(const std::optional<std::vector<InstalledPrinte
 
 TEST_F(StreamingPrinterTest, ListsTheDevicesFileFirstThenTheSystemsOwn) {
   auto printer = printerWith({"A", "B"}, true);
-  EXPECT_THAT(namesOf(printer->Printers()), ElementsAre("A COM1:", "B COM2:", "Laser USB001"));
+  EXPECT_THAT(namesOf(printer->Printers()), ElementsAre("A COM1:", "B COM2:", "Agenda USB002", "Laser USB001"))
+      << "the system's in its own order, wherever its default stands";
+}
+
+TEST_F(StreamingPrinterTest, TheSystemIsNotAskedForAPrinterOfTheDevicesFile) {
+  auto printer = printerWith({"A", "B"}, true);
+  const PrinterSearch listed = findPrinterNamed(*printer, "B");
+  EXPECT_TRUE(listed.complete);
+  EXPECT_EQ(listed.index, 1U);
+  EXPECT_EQ(journal.lists, 0);
+  EXPECT_EQ(findPrinterNamed(*printer, "Laser").index, 3U);
+  const PrinterSearch none = findPrinterNamed(*printer, "C");
+  EXPECT_TRUE(none.complete);
+  EXPECT_EQ(none.index, std::nullopt);
+  spoolerAvailable = false;
+  EXPECT_FALSE(findPrinterNamed(*printer, "Laser").complete) << "it may be there or not";
+  EXPECT_TRUE(findPrinterNamed(*printer, "A").complete);
 }
 
 TEST_F(StreamingPrinterTest, AFailingSpoolerHidesOnlyItsOwnPrinters) {
@@ -110,7 +136,18 @@ TEST_F(StreamingPrinterTest, AFailingSpoolerHidesOnlyItsOwnPrinters) {
   EXPECT_EQ(printerWith({}, true)->Printers(), std::nullopt);
 }
 
-TEST_F(StreamingPrinterTest, TheFirstInstalledPrinterIsTheDefault) {
+TEST_F(StreamingPrinterTest, TheSystemsDefaultIsAskedForEachDocument) {
+  auto printer = printerWith({}, true);
+  printer->Print("1");
+  journal.systemDefault = 0;
+  printer->Print("2");
+  printer->EndDoc();
+  printer->Print("3");
+  printer->EndDoc();
+  EXPECT_THAT(journal.lines, ElementsAre("Laser 1", "Laser 2", "Laser end", "Agenda 3", "Agenda end"));
+}
+
+TEST_F(StreamingPrinterTest, TheFirstOfTheDevicesFileOrElseTheSystemsIsTheDefault) {
   EXPECT_EQ(printerWith({"A", "B"})->DeviceName(), "A");
   EXPECT_EQ(printerWith({}, true)->DeviceName(), "Laser");
   auto printer = printerWith({"A", "B"});
@@ -131,77 +168,13 @@ TEST_F(StreamingPrinterTest, WithoutAnyPrinterEveryStatementFails) {
 TEST_F(StreamingPrinterTest, PrintsOnTheChosenPrinter) {
   auto printer = printerWith({"A", "B"}, true);
   printer->Printers();
-  ASSERT_TRUE(printer->select(2));
+  ASSERT_TRUE(printer->select(3));
   EXPECT_EQ(printer->DeviceName(), "Laser");
   printer->Print("x");
   printer->EndDoc();
   EXPECT_THAT(journal.lines, ElementsAre("Laser x", "Laser end"));
-  EXPECT_FALSE(printer->select(3));
+  EXPECT_FALSE(printer->select(4));
   EXPECT_EQ(printer->DeviceName(), "Laser");
-}
-
-struct KeepAll final : DocumentSink {
-  explicit KeepAll(std::vector<std::string>& to) : lines(to) {}
-  bool add(const Operation& operation) override {
-    lines.push_back(jsonOf(operation));
-    return true;
-  }
-  bool finish() override { return true; }
-  std::vector<std::string>& lines;
-};
-
-struct KeepAllBackEnd final : PrinterBackEnd {
-  explicit KeepAllBackEnd(std::vector<std::string>& to) : lines(to) {}
-  std::unique_ptr<DocumentSink> open() override { return std::make_unique<KeepAll>(lines); }
-  std::vector<std::string>& lines;
-};
-
-struct FontInForce : testing::Test {
-  std::vector<std::string> lines;
-  TraceLog trace;
-  std::unique_ptr<StreamingPrinter> printer = [this] {
-    std::vector<ListedPrinter> listed;
-    listed.push_back({{"A", "COM1:"}, std::make_unique<KeepAllBackEnd>(lines)});
-    listed.push_back({{"B", "COM2:"}, std::make_unique<KeepAllBackEnd>(lines)});
-    return std::make_unique<StreamingPrinter>(
-        std::move(listed), nullptr, [](std::string_view) { return std::nullopt; }, trace);
-  }();
-};
-
-TEST_F(FontInForce, StartsAsCourierNewTenBlack) {
-  printer->Print("x");
-  EXPECT_THAT(
-      lines, ElementsAre(R"({"op":"print","text":"x","font":"Courier New","size":10,"bold":false,"color":"#000000"})"));
-}
-
-TEST_F(FontInForce, SurvivesTheEndOfADocumentAndTheChoiceOfAnotherPrinter) {
-  printer->FontName("FontA15cpi");
-  printer->FontSize(18);
-  printer->FontBold(true);
-  printer->ForeColor({255, 0, 0});
-  printer->Print("x");
-  printer->EndDoc();
-  printer->select(1);
-  printer->Print("x");
-  const auto* expected = R"({"op":"print","text":"x","font":"FontA15cpi","size":18,"bold":true,"color":"#ff0000"})";
-  EXPECT_THAT(lines, ElementsAre(expected, expected));
-}
-
-TEST_F(FontInForce, AnEmptyNameAndASizeNotAboveZeroAreFailedStepsThatChangeNothing) {
-  EXPECT_FALSE(printer->FontName(""));
-  for (const double size : {0.0, -1.0, std::nan(""), std::numeric_limits<double>::infinity()})
-    EXPECT_FALSE(printer->FontSize(size)) << size;
-  EXPECT_EQ(trace.lines.size(), 5U);
-  printer->Print("x");
-  EXPECT_THAT(
-      lines, ElementsAre(R"({"op":"print","text":"x","font":"Courier New","size":10,"bold":false,"color":"#000000"})"));
-}
-
-TEST_F(FontInForce, KeepsFractionsOfAPoint) {
-  printer->FontSize(9.5);
-  printer->Print("");
-  EXPECT_THAT(
-      lines, ElementsAre(R"({"op":"print","text":"","font":"Courier New","size":9.5,"bold":false,"color":"#000000"})"));
 }
 
 TEST_F(StreamingPrinterTest, EachAssignmentOfThePositionIsOneMove) {
@@ -285,28 +258,54 @@ TEST_F(StreamingPrinterTest, OpenDocumentsAreEndedWithTheProgramInTheOrderOfThei
   EXPECT_THAT(journal.lines, ElementsAre("B 1", "A 2", "B end", "A end"));
 }
 
-TEST_F(StreamingPrinterTest, ADocumentThatLostAnOperationIsGoneAndTheNextOneIsWhole) {
+TEST_F(StreamingPrinterTest, AStatementThatFailsCostsItselfAlone) {
   auto printer = printerWith({"A"});
   journal.takes = 1;
   EXPECT_TRUE(printer->Print("1"));
   EXPECT_FALSE(printer->Print("2"));
+  EXPECT_FALSE(printer->CurrentX(5));
+  EXPECT_EQ(printer->CurrentX(), 0);
   journal.takes = 1000;
-  EXPECT_FALSE(printer->Print("3"));
-  EXPECT_FALSE(printer->CurrentX(0));
-  EXPECT_FALSE(printer->EndDoc());
-  EXPECT_TRUE(printer->Print("4"));
+  EXPECT_TRUE(printer->Print("3"));
   EXPECT_TRUE(printer->EndDoc());
-  EXPECT_THAT(journal.lines, ElementsAre("A 1", "A 4", "A end"));
+  EXPECT_THAT(journal.lines, ElementsAre("A 1", "A 3", "A end"));
 }
 
-TEST_F(StreamingPrinterTest, ADocumentWhoseBeginningFailedIsNotPrintedFromItsMiddle) {
+TEST_F(StreamingPrinterTest, ADocumentThatCouldNotBeOpenedIsTriedAgainByTheNextStatement) {
+  auto printer = printerWith({"A"});
+  printer->CurrentX(5);
+  journal.opens = 0;
+  EXPECT_FALSE(printer->Print("1"));
+  journal.opens = 1000;
+  EXPECT_TRUE(printer->Print("2"));
+  EXPECT_TRUE(printer->EndDoc());
+  EXPECT_THAT(journal.lines, ElementsAre(R"(A {"op":"move","x":5,"y":null})", "A 2", "A end"));
+}
+
+TEST_F(StreamingPrinterTest, AFailureOfAJobWithoutItsEndIsNotCarriedIntoTheNextOne) {
   auto printer = printerWith({"A"});
   journal.opens = 0;
   EXPECT_FALSE(printer->Print("1"));
   journal.opens = 1000;
-  EXPECT_FALSE(printer->Print("2"));
-  EXPECT_FALSE(printer->EndDoc());
-  EXPECT_THAT(journal.lines, IsEmpty());
+  printer->select(0);
+  EXPECT_TRUE(printer->Print("2"));
+  EXPECT_TRUE(printer->EndDoc());
+  EXPECT_THAT(journal.lines, ElementsAre("A 2", "A end"));
+}
+
+TEST_F(StreamingPrinterTest, NothingOfAnAbandonedDocumentIsPrintedAndOtherPrintersKeepTheirs) {
+  auto printer = printerWith({"A", "B"});
+  printer->Print("1");
+  printer->select(1);
+  printer->Print("2");
+  printer->CurrentX(5);
+  printer->abandon();
+  printer->abandon();
+  EXPECT_EQ(printer->CurrentX(), 0);
+  printer->Print("3");
+  printer->endOpenDocuments();
+  EXPECT_THAT(journal.lines,
+              ElementsAre("A 1", "B 2", R"(B {"op":"move","x":5,"y":null})", "B abandoned", "B 3", "A end", "B end"));
 }
 
 TEST_F(StreamingPrinterTest, AFailedEndIsNotSentAgain) {

@@ -39,6 +39,11 @@ constexpr Reason reasons[] = {
     {ENFILE, "troppi file aperti nel sistema"},
     {ENOMEM, "memoria esaurita"},
     {ENOEXEC, "non \xE8 un programma"},
+    {ECONNREFUSED, "rifiuta il collegamento"},
+    {ECONNRESET, "ha interrotto il collegamento"},
+    {EHOSTUNREACH, "non si raggiunge"},
+    {ENETUNREACH, "la rete non si raggiunge"},
+    {ETIMEDOUT, "non risponde"},
     {EXDEV, "si trova su un altro disco"},
 };
 

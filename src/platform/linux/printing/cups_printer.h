@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "platform/devices_file.h"
-#include "platform/linux/printing/cups/cups_library.h"
-#include "platform/printing/escpos.h"
+#include "platform/linux/printing/cups_server.h"
+#include "platform/printing/escpos_printer.h"
 #include "platform/printing/streaming_printer.h"
 #include "platform/trace.h"
 
@@ -17,23 +17,25 @@ namespace tellaxis::platform {
 /// ("COM3:", "LPT1:"), any other the address of its device.
 class CupsPrinters final : public SystemPrinters {
  public:
-  CupsPrinters(std::vector<SerialDefinition> serialLines, BitmapReader readBitmap, Trace& trace);
+  CupsPrinters(std::shared_ptr<CupsServer> server, std::vector<SerialDefinition> serialLines, BitmapReader readBitmap,
+               Trace& trace);
 
-  std::optional<std::vector<InstalledPrinter>> list() override;
+  std::optional<SystemPrinterList> list() override;
   std::unique_ptr<PrinterBackEnd> backEnd(const InstalledPrinter& printer) override;
 
  private:
+  std::shared_ptr<CupsServer> server_;
   std::vector<SerialDefinition> serialLines_;
   BitmapReader readBitmap_;
   Trace& trace_;
 };
 
 /// Each document becomes one PDF job of `queue` (UTF-8), drawn as for the printer `deviceName`.
-std::unique_ptr<PrinterBackEnd> openCupsPrinter(std::string queue, std::string deviceName, BitmapReader readBitmap,
-                                                Trace& trace);
+std::unique_ptr<PrinterBackEnd> openCupsPrinter(std::shared_ptr<CupsServer> server, std::string queue,
+                                                std::string deviceName, BitmapReader readBitmap, Trace& trace);
 
 /// Documents as raw jobs of `queue`.
-std::unique_ptr<ByteChannel> openCupsChannel(std::string queue, Trace& trace);
+std::unique_ptr<ByteChannel> openCupsChannel(std::shared_ptr<CupsServer> server, std::string queue);
 
 /// The port of a queue whose device has the address `uri`.
 std::string portOfQueue(const std::string& uri, const std::vector<SerialDefinition>& serialLines);

@@ -10,15 +10,17 @@
 #include <termios.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstring>
 #include <optional>
 #include <thread>
 #include <utility>
 #include <vector>
 
+#include "platform/linux/kernel/descriptor.h"
+#include "platform/linux/kernel/reason.h"
+#include "platform/linux/kernel/timed_write.h"
+#include "platform/linux/kernel/uninterrupted.h"
 #include "text/code_page.h"
 
 namespace tellaxis::platform {
@@ -28,60 +30,22 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
+constexpr milliseconds connectLimit{2000};
+constexpr milliseconds endLimit{1000};
 constexpr milliseconds drainPoll{5};
 constexpr const char* silentPrinter = "la stampante non accetta dati";
 
-std::string reasonOf(int error) { return nearestCodePage(std::strerror(error)); }
+/// Nothing where a step was done.
+using Reason = std::optional<std::string>;
 
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  ~Descriptor() {
-    if (number_ >= 0) close(number_);
-  }
-  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  int number() const { return number_; }
-
- private:
-  int number_;
-};
-
-/// Waits until the descriptor takes bytes; a reason where it does not.
-std::optional<std::string> waitUntilWritable(int descriptor, milliseconds patience) {
-  const auto deadline = steady_clock::now() + patience;
-  for (;;) {
-    const auto left = std::chrono::ceil<milliseconds>(deadline - steady_clock::now());
-    pollfd entry{descriptor, POLLOUT, 0};
-    const int ready = poll(&entry, 1, static_cast<int>(std::max<std::int64_t>(left.count(), 0)));
-    if (ready > 0) return std::nullopt;
-    if (ready < 0 && errno != EINTR) return reasonOf(errno);
-    if (ready == 0) return silentPrinter;
-  }
-}
-
-/// Writes all bytes; a reason where they could not be written.
-std::optional<std::string> writeAll(int descriptor, std::string_view bytes, milliseconds patience) {
-  while (!bytes.empty()) {
-    const ssize_t written = write(descriptor, bytes.data(), bytes.size());
-    if (written > 0) {
-      bytes.remove_prefix(static_cast<std::size_t>(written));
-    } else if (written == 0 || errno == EAGAIN) {
-      if (auto reason = waitUntilWritable(descriptor, patience)) return reason;
-    } else if (errno != EINTR) {
-      return reasonOf(errno);
-    }
-  }
-  return std::nullopt;
-}
+std::string lastReason() { return errno == EAGAIN ? silentPrinter : reasonOf(errno); }
 
 /// Waits until what the system still holds (as `request` tells) has gone to the printer.
-std::optional<std::string> drain(int descriptor, unsigned long request, milliseconds patience) {
+Reason drain(const Descriptor& device, unsigned long request, milliseconds patience) {
   int held = 0;
   int before = -1;
   auto deadline = steady_clock::now() + patience;
-  while (ioctl(descriptor, request, &held) == 0 && held > 0) {
+  while (ioctl(device.number(), request, &held) == 0 && held > 0) {
     if (held != before) deadline = steady_clock::now() + patience;
     if (steady_clock::now() >= deadline) return silentPrinter;
     before = held;
@@ -90,10 +54,10 @@ std::optional<std::string> drain(int descriptor, unsigned long request, millisec
   return std::nullopt;
 }
 
-std::optional<std::string> sendDocument(int descriptor, Spool& document, milliseconds patience) {
+Reason sendDocument(const Descriptor& device, Spool& document, milliseconds patience) {
   std::vector<char> block(std::size_t{64} * 1024);
   while (const std::size_t got = document.read(block))
-    if (auto reason = writeAll(descriptor, {block.data(), got}, patience)) return reason;
+    if (!writeAll(device, {block.data(), got}, patience)) return lastReason();
   if (document.failed()) return "il documento non si pu\xF2 rileggere";
   return std::nullopt;
 }
@@ -110,7 +74,7 @@ class Channel : public ByteChannel {
   }
 
  protected:
-  virtual std::optional<std::string> sendTo(Spool& document) = 0;
+  virtual Reason sendTo(Spool& document) = 0;
   milliseconds patience() const { return patience_; }
 
  private:
@@ -133,21 +97,42 @@ class DeviceChannel final : public Channel {
       : Channel(nearestCodePage(path), trace, patience), path_(std::move(path)) {}
 
  protected:
-  std::optional<std::string> sendTo(Spool& document) override {
+  Reason sendTo(Spool& document) override {
     const Descriptor device(open(path_.c_str(), O_WRONLY | O_APPEND | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-    if (device.number() < 0) return reasonOf(errno);
+    if (!device) return reasonOf(errno);
     const bool isLine = isatty(device.number()) != 0;
     if (isLine) makeRaw(device.number());
-    if (auto reason = sendDocument(device.number(), document, patience())) {
+    if (Reason reason = sendDocument(device, document, patience())) {
       if (isLine) tcflush(device.number(), TCOFLUSH);
       return reason;
     }
-    return isLine ? drain(device.number(), TIOCOUTQ, patience()) : std::nullopt;
+    return isLine ? drain(device, TIOCOUTQ, patience()) : std::nullopt;
   }
 
  private:
   std::string path_;
 };
+
+/// The error that a connection has met; 0: none.
+int errorOf(const Descriptor& connection) {
+  int error = 0;
+  socklen_t size = sizeof error;
+  return getsockopt(connection.number(), SOL_SOCKET, SO_ERROR, &error, &size) == 0 ? error : errno;
+}
+
+/// After the last byte: a printer that breaks the connection off has not printed, whatever its system took. One that
+/// keeps it open has all bytes, and is waited for no longer than `endLimit`. What it says is not looked at.
+Reason awaitEnd(const Descriptor& connection) {
+  if (shutdown(connection.number(), SHUT_WR) != 0) return reasonOf(errno);
+  const auto deadline = steady_clock::now() + endLimit;
+  std::array<char, 256> ignored{};
+  while (waitUntil(connection, POLLIN, deadline)) {
+    const ssize_t got = untilUninterrupted([&] { return read(connection.number(), ignored.data(), ignored.size()); });
+    if (got == 0) return std::nullopt;
+    if (got < 0 && errno != EAGAIN) return reasonOf(errno);
+  }
+  return std::nullopt;
+}
 
 class NetworkChannel final : public Channel {
  public:
@@ -155,55 +140,47 @@ class NetworkChannel final : public Channel {
       : Channel(nearestCodePage(host) + ":" + std::to_string(port), trace, patience), host_(host), port_(port) {}
 
  protected:
-  std::optional<std::string> sendTo(Spool& document) override {
+  Reason sendTo(Spool& document) override {
     std::string reason;
-    const auto connection = connectAny(reason);
+    const Descriptor connection = connectAny(reason);
     if (!connection) return reason;
-    if (auto failure = sendDocument(connection->number(), document, patience())) return failure;
-    if (auto failure = drain(connection->number(), SIOCOUTQ, patience())) return failure;
-    int error = 0;
-    socklen_t size = sizeof error;
-    getsockopt(connection->number(), SOL_SOCKET, SO_ERROR, &error, &size);
-    if (error != 0) return reasonOf(error);
-    shutdown(connection->number(), SHUT_WR);
-    return std::nullopt;
+    if (Reason failure = sendDocument(connection, document, patience())) return failure;
+    if (Reason failure = drain(connection, SIOCOUTQ, patience())) return failure;
+    if (const int error = errorOf(connection)) return reasonOf(error);
+    return awaitEnd(connection);
   }
 
  private:
-  /// Connected to the first address of the host that answers.
-  std::optional<Descriptor> connectAny(std::string& reason) {
+  /// Connected to the first address of the host that answers, within one limit for all.
+  Descriptor connectAny(std::string& reason) {
     addrinfo hints{};
     hints.ai_socktype = SOCK_STREAM;
     addrinfo* addresses = nullptr;
     const int failure = getaddrinfo(host_.c_str(), std::to_string(port_).c_str(), &hints, &addresses);
     if (failure != 0) {
       reason = nearestCodePage(gai_strerror(failure));
-      return std::nullopt;
+      return {};
     }
     const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> owner(addresses, &freeaddrinfo);
+    const auto deadline = steady_clock::now() + connectLimit;
     for (const addrinfo* address = addresses; address != nullptr; address = address->ai_next)
-      if (auto connection = connectTo(*address, reason)) return connection;
-    return std::nullopt;
+      if (Descriptor connection = connectTo(*address, deadline, reason)) return connection;
+    return {};
   }
 
-  std::optional<Descriptor> connectTo(const addrinfo& address, std::string& reason) {
+  static Descriptor connectTo(const addrinfo& address, steady_clock::time_point deadline, std::string& reason) {
     Descriptor connection(
         socket(address.ai_family, address.ai_socktype | SOCK_NONBLOCK | SOCK_CLOEXEC, address.ai_protocol));
-    if (connection.number() < 0 ||
-        (connect(connection.number(), address.ai_addr, address.ai_addrlen) != 0 && errno != EINPROGRESS)) {
-      reason = reasonOf(errno);
-      return std::nullopt;
-    }
-    if (const auto silent = waitUntilWritable(connection.number(), patience())) {
-      reason = *silent;
-      return std::nullopt;
-    }
     int error = 0;
-    socklen_t size = sizeof error;
-    getsockopt(connection.number(), SOL_SOCKET, SO_ERROR, &error, &size);
+    if (!connection ||
+        (connect(connection.number(), address.ai_addr, address.ai_addrlen) != 0 && errno != EINPROGRESS) ||
+        !waitUntil(connection, POLLOUT, deadline))
+      error = errno;
+    else
+      error = errorOf(connection);
     if (error == 0) return connection;
-    reason = reasonOf(error);
-    return std::nullopt;
+    reason = error == EAGAIN ? "la stampante non risponde" : reasonOf(error);
+    return {};
   }
 
   std::string host_;

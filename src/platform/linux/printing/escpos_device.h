@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/printing/escpos.h"
+#include "platform/printing/escpos_printer.h"
 #include "platform/trace.h"
 
 namespace tellaxis::platform {
@@ -18,8 +18,9 @@ inline constexpr std::chrono::milliseconds printerPatience{10'000};
 std::unique_ptr<ByteChannel> openDeviceChannel(std::string path, Trace& trace,
                                                std::chrono::milliseconds patience = printerPatience);
 
-/// A printer that takes bytes on a TCP port, connected to for each document. The document is handed over when the
-/// printer's side has acknowledged all of it.
+/// A printer that takes bytes on a TCP port, connected to for each document, within two seconds. The document is handed
+/// over when the printer's side has acknowledged all of it and has not broken the connection off: its end is waited
+/// for, one second at most, since some printers keep the connection open.
 std::unique_ptr<ByteChannel> openNetworkChannel(const std::string& host, std::uint16_t port, Trace& trace,
                                                 std::chrono::milliseconds patience = printerPatience);
 

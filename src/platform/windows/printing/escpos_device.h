@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/printing/escpos.h"
+#include "platform/printing/escpos_printer.h"
 #include "platform/trace.h"
 
 namespace tellaxis::platform {

@@ -82,7 +82,7 @@ class GdiDocument : public DocumentSink {
   }
 
   bool finish() override {
-    if (EndPage(context_.get()) <= 0) return fail("EndPage");
+    if (!endPage()) return false;
     if (EndDoc(context_.get()) <= 0) return fail("EndDoc");
     started_ = false;
     return true;
@@ -93,9 +93,19 @@ class GdiDocument : public DocumentSink {
 
   int capability(int index) const { return GetDeviceCaps(context_.get(), index); }
 
+  /// Where a page could not be begun, the next statement tries again.
   bool startPage() {
+    if (onPage_) return true;
     y_ = 0;
-    return StartPage(context_.get()) > 0 || fail("StartPage");
+    selected_.reset();
+    onPage_ = StartPage(context_.get()) > 0;
+    return onPage_ || fail("StartPage");
+  }
+
+  bool endPage() {
+    if (!onPage_) return true;
+    onPage_ = EndPage(context_.get()) <= 0;
+    return !onPage_ || fail("EndPage");
   }
 
   int deviceUnits(double units, int resolution) const {
@@ -109,8 +119,8 @@ class GdiDocument : public DocumentSink {
   }
 
   bool draw(const PaintedPicture& painted) {
-    return paintPicture(context_.get(), painted.picture, deviceUnits(painted.x, LOGPIXELSX),
-                        deviceUnits(painted.y, LOGPIXELSY)) ||
+    return (startPage() && paintPicture(context_.get(), painted.picture, deviceUnits(painted.x, LOGPIXELSX),
+                                        deviceUnits(painted.y, LOGPIXELSY))) ||
            failed(trace_, "PaintPicture", painted.picture.file);
   }
 
@@ -127,14 +137,12 @@ class GdiDocument : public DocumentSink {
 
   /// One line at the print position, which then moves to the beginning of the next.
   bool drawLine(const PrintStatement& statement, std::wstring_view line) {
-    if (!selectFont(statement)) return false;
+    if (!startPage() || !selectFont(statement)) return false;
     TEXTMETRICW metrics;
     if (!GetTextMetricsW(context_.get(), &metrics)) return fail("GetTextMetrics");
     const int height = static_cast<int>(metrics.tmHeight + metrics.tmExternalLeading);
-    if (y_ > 0 && y_ + height > capability(VERTRES)) {
-      if (EndPage(context_.get()) <= 0) return fail("EndPage");
-      if (!startPage() || !selectFont(statement)) return false;
-    }
+    if (y_ > 0 && y_ + height > capability(VERTRES) && (!endPage() || !startPage() || !selectFont(statement)))
+      return false;
     if (!line.empty() && !TextOutW(context_.get(), x_, y_, line.data(), static_cast<int>(line.size())))
       return fail("TextOut");
     x_ = 0;
@@ -178,6 +186,7 @@ class GdiDocument : public DocumentSink {
   std::map<FontKey, Font> fonts_;  ///< of this document; they outlive the context that they are selected into
   DeviceContext context_;
   bool started_ = false;
+  bool onPage_ = false;
   int x_ = 0;
   int y_ = 0;
   std::optional<FontKey> selected_;

@@ -78,16 +78,16 @@ std::string defaultPrinter() {
 
 }  // namespace
 
-std::optional<std::vector<InstalledPrinter>> InstalledPrinters::list() {
+std::optional<SystemPrinterList> InstalledPrinters::list() {
   const auto names = printerNames();
   if (!names) {
     failed(trace_, "EnumPrinters", "stampanti");
     return std::nullopt;
   }
-  std::vector<InstalledPrinter> printers = withPorts(*names, localPrinters(trace_), userEntry);
-  const std::string first = defaultPrinter();
-  std::ranges::stable_partition(printers, [&](const InstalledPrinter& printer) { return printer.DeviceName == first; });
-  return printers;
+  SystemPrinterList list{.printers = withPorts(*names, localPrinters(trace_), userEntry)};
+  const auto found = std::ranges::find(list.printers, defaultPrinter(), &InstalledPrinter::DeviceName);
+  if (found != list.printers.end()) list.defaultIndex = static_cast<std::size_t>(found - list.printers.begin());
+  return list;
 }
 
 std::unique_ptr<PrinterBackEnd> InstalledPrinters::backEnd(const InstalledPrinter& printer) {

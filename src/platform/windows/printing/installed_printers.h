@@ -4,7 +4,6 @@
 #include <memory>
 #include <optional>
 #include <string_view>
-#include <vector>
 
 #include "platform/printers.h"
 #include "platform/printing/document.h"
@@ -13,12 +12,12 @@
 
 namespace tellaxis::platform {
 
-/// The system's default printer comes first, the others in the system's order.
+/// The printers in the order in which the system enumerates them.
 class InstalledPrinters : public SystemPrinters {
  public:
   explicit InstalledPrinters(Trace& trace) : trace_(trace) {}
 
-  std::optional<std::vector<InstalledPrinter>> list() override;
+  std::optional<SystemPrinterList> list() override;
   std::unique_ptr<PrinterBackEnd> backEnd(const InstalledPrinter& printer) override;
 
  private:

@@ -101,10 +101,37 @@ TEST_F(Cups, QueuesAreInstalledPrintersBehindThoseOfTheDevicesFile) {
   ASSERT_TRUE(printers);
   ASSERT_EQ(printers->size(), 3U);
   EXPECT_EQ((*printers)[0].DeviceName, "A");
-  EXPECT_EQ((*printers)[1].DeviceName, "ricevute");
+  EXPECT_EQ((*printers)[1].DeviceName, "pos");
   EXPECT_EQ((*printers)[1].Port, "capture:" + server().output());
-  EXPECT_EQ((*printers)[2].DeviceName, "pos");
-  EXPECT_EQ(open("")->DeviceName(), "ricevute") << "the server's default queue is the default printer";
+  EXPECT_EQ((*printers)[2].DeviceName, "ricevute") << "the server's own order, wherever its default queue stands";
+}
+
+TEST_F(Cups, TheServersDefaultQueueIsAskedForEachDocument) {
+  const auto printer = open("");
+  EXPECT_EQ(printer->DeviceName(), "ricevute");
+  ASSERT_EQ(std::system("PATH=$PATH:/usr/sbin lpadmin -d pos"), 0);
+  EXPECT_EQ(printer->DeviceName(), "pos");
+  EXPECT_TRUE(printer->Print("a"));
+  ASSERT_EQ(std::system("PATH=$PATH:/usr/sbin lpadmin -d ricevute"), 0);
+  EXPECT_EQ(printer->DeviceName(), "pos") << "a document goes on where it began";
+  printer->abandon();
+  EXPECT_EQ(printer->DeviceName(), "ricevute");
+}
+
+TEST_F(Cups, NothingOfAnAbandonedDocumentIsPrinted) {
+  for (const char* target : {"cups:pos", "escpos:cups:pos"}) {
+    const auto printer =
+        open(std::string("[[printer]]\nname = \"X\"\nport = \"COM3:\"\ntarget = \"") + target + "\"\n");
+    EXPECT_TRUE(printer->Print("abbandonato"));
+    printer->abandon();
+    EXPECT_TRUE(printer->EndDoc());
+  }
+  const auto printer = open("[[printer]]\nname = \"X\"\nport = \"COM3:\"\ntarget = \"escpos:cups:pos\"\n");
+  EXPECT_TRUE(printer->Print("buono"));
+  EXPECT_TRUE(printer->EndDoc());
+  EXPECT_EQ(server().nextJob(),
+            "\x1B@\x1Bt\x10"
+            "buono\n");
 }
 
 TEST_F(Cups, ADocumentOnAQueueIsAPdfJob) {

@@ -179,6 +179,54 @@ TEST_F(EscPosDevice, APrinterThatDiesMidwayIsAFailedStepAndTheNextDocumentIsSent
   EXPECT_EQ(count, 2);
 }
 
+TEST_F(EscPosDevice, AConnectionBrokenOffAfterTheLastByteIsAFailedStep) {
+  NetworkPrinter printer([](int connection) {
+    // All is read, and then the connection is reset, as by a printer that is switched off.
+    readAll(connection);
+    const linger now{1, 0};
+    setsockopt(connection, SOL_SOCKET, SO_LINGER, &now, sizeof now);
+  });
+  EXPECT_FALSE(send(*openNetworkChannel("127.0.0.1", printer.port(), trace), "uno\n"));
+  EXPECT_THAT(trace.lines, ElementsAre(HasSubstr("ha interrotto il collegamento")));
+}
+
+TEST_F(EscPosDevice, APrinterThatTalksAndKeepsTheConnectionOpenHasPrinted) {
+  NetworkPrinter* self = nullptr;
+  NetworkPrinter printer([&](int connection) {
+    EXPECT_EQ(write(connection, "stato", 5), 5);
+    readAll(connection);
+    while (!self->stopped()) std::this_thread::sleep_for(10ms);
+  });
+  self = &printer;
+  const auto begin = steady_clock::now();
+  EXPECT_TRUE(send(*openNetworkChannel("127.0.0.1", printer.port(), trace), "uno\n"));
+  EXPECT_LT(steady_clock::now() - begin, 5s);
+  EXPECT_THAT(trace.lines, IsEmpty());
+}
+
+TEST_F(EscPosDevice, APrinterThatIsOffIsGivenUpAfterTwoSeconds) {
+  // A listener whose queue is full answers a connection as little as a machine that is off.
+  const int listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  auto* generic = reinterpret_cast<sockaddr*>(&address);
+  socklen_t size = sizeof address;
+  ASSERT_EQ(bind(listener, generic, size), 0);
+  ASSERT_EQ(listen(listener, 0), 0);
+  getsockname(listener, generic, &size);
+  const int first = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  ASSERT_EQ(connect(first, generic, size), 0);
+  const auto begin = steady_clock::now();
+  EXPECT_FALSE(send(*openNetworkChannel("127.0.0.1", ntohs(address.sin_port), trace), "a"));
+  const auto took = steady_clock::now() - begin;
+  EXPECT_GE(took, 1900ms);
+  EXPECT_LT(took, 4s);
+  EXPECT_THAT(trace.lines, ElementsAre(HasSubstr("la stampante non risponde")));
+  close(first);
+  close(listener);
+}
+
 TEST_F(EscPosDevice, AClosedPortAndAnUnknownHostAreFailedSteps) {
   std::uint16_t port = 0;
   {

@@ -3,37 +3,56 @@
 
 #include <cups/cups.h>
 
-#include <algorithm>
-#include <array>
+#include <chrono>
 #include <memory>
 
 namespace tellaxis::platform {
 
 namespace {
 
-constexpr int connectMilliseconds = 5000;
-constexpr double answerSeconds = 10;
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+constexpr milliseconds firstAnswer{2000};
+constexpr milliseconds nextAnswer{10'000};
+constexpr double lookSeconds = 0.1;
 constexpr const char* jobTitle = "Tellaxis";
+constexpr const char* noAnswer = "il servizio di stampa non risponde";
 
-struct CloseConnection {
-  void operator()(http_t* connection) const { httpClose(connection); }
+/// A connection to the server that is given up at its deadline, however many requests libcups makes of it.
+class Connection {
+ public:
+  Connection() {
+    extend(firstAnswer);
+    http_.reset(httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1,
+                             static_cast<int>(firstAnswer.count()), nullptr));
+    if (http_) httpSetTimeout(http_.get(), lookSeconds, &goesOn, this);
+  }
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  explicit operator bool() const { return http_ != nullptr; }
+  http_t* http() const { return http_.get(); }
+  void extend(milliseconds limit) { deadline_ = steady_clock::now() + limit; }
+
+  CupsFailure failure() const {
+    if (steady_clock::now() >= deadline_) return {.silent = true, .reason = noAnswer};
+    const char* reason = http_ ? cupsLastErrorString() : nullptr;
+    return {.reason = reason != nullptr ? reason : noAnswer};
+  }
+
+ private:
+  struct Close {
+    void operator()(http_t* http) const { httpClose(http); }
+  };
+
+  static int goesOn(http_t* /*http*/, void* connection) {
+    return steady_clock::now() < static_cast<Connection*>(connection)->deadline_ ? 1 : 0;
+  }
+
+  std::unique_ptr<http_t, Close> http_;
+  steady_clock::time_point deadline_;
 };
-using Connection = std::unique_ptr<http_t, CloseConnection>;
-
-/// A server that does not answer in time is given up.
-int giveUp(http_t* /*connection*/, void* /*data*/) { return 0; }
-
-Connection connect() {
-  Connection connection(
-      httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1, connectMilliseconds, nullptr));
-  if (connection) httpSetTimeout(connection.get(), answerSeconds, giveUp, nullptr);
-  return connection;
-}
-
-std::string lastReason() {
-  const char* reason = cupsLastErrorString();
-  return reason != nullptr ? reason : "";
-}
 
 /// The queues of the server, each given back to libcups at the end.
 class Destinations {
@@ -50,50 +69,49 @@ class Destinations {
   int count_ = 0;
 };
 
-bool sendDocument(http_t* connection, const std::string& queue, int job, JobFormat format, const ByteReader& read) {
+bool sendDocument(Connection& connection, const std::string& queue, int job, JobFormat format, const ByteReader& read) {
   const char* type = format == JobFormat::pdf ? CUPS_FORMAT_PDF : CUPS_FORMAT_RAW;
-  if (cupsStartDocument(connection, queue.c_str(), job, jobTitle, type, 1) != HTTP_STATUS_CONTINUE) return false;
+  connection.extend(nextAnswer);
+  if (cupsStartDocument(connection.http(), queue.c_str(), job, jobTitle, type, 1) != HTTP_STATUS_CONTINUE) return false;
   std::vector<char> block(std::size_t{64} * 1024);
   bool complete = false;
   while (const auto got = read(block)) {
     complete = *got == 0;
-    if (complete || cupsWriteRequestData(connection, block.data(), *got) != HTTP_STATUS_CONTINUE) break;
+    connection.extend(nextAnswer);
+    if (complete || cupsWriteRequestData(connection.http(), block.data(), *got) != HTTP_STATUS_CONTINUE) break;
   }
-  return complete && cupsFinishDocument(connection, queue.c_str()) <= IPP_STATUS_OK_CONFLICTING;
+  return complete && cupsFinishDocument(connection.http(), queue.c_str()) <= IPP_STATUS_OK_CONFLICTING;
 }
 
 }  // namespace
 
-std::optional<std::vector<CupsQueue>> listCupsQueues(std::string& reason) {
-  const Connection connection = connect();
-  if (!connection) return std::vector<CupsQueue>();
-  const Destinations destinations(connection.get());
+std::variant<std::vector<CupsQueue>, CupsFailure> listCupsQueues() {
+  const Connection connection;
+  if (!connection) return connection.failure();
+  const Destinations destinations(connection.http());
   if (destinations.all().empty() && cupsLastError() > IPP_STATUS_OK_CONFLICTING &&
-      cupsLastError() != IPP_STATUS_ERROR_NOT_FOUND) {
-    reason = lastReason();
-    return std::nullopt;
-  }
+      cupsLastError() != IPP_STATUS_ERROR_NOT_FOUND)
+    return connection.failure();
   std::vector<CupsQueue> queues;
   for (const cups_dest_t& destination : destinations.all()) {
     if (destination.instance != nullptr) continue;
     const char* uri = cupsGetOption("device-uri", destination.num_options, destination.options);
-    const auto place = destination.is_default != 0 ? queues.begin() : queues.end();
-    queues.insert(place, {destination.name, uri != nullptr ? uri : ""});
+    queues.push_back({destination.name, uri != nullptr ? uri : "", destination.is_default != 0});
   }
   return queues;
 }
 
-bool sendCupsJob(const std::string& queue, JobFormat format, const ByteReader& read, std::string& reason) {
-  const Connection connection = connect();
-  if (!connection) {
-    reason = "il servizio di stampa non risponde";
-    return false;
+std::optional<CupsFailure> sendCupsJob(const std::string& queue, JobFormat format, const ByteReader& read) {
+  Connection connection;
+  if (!connection) return connection.failure();
+  const int job = cupsCreateJob(connection.http(), queue.c_str(), jobTitle, 0, nullptr);
+  if (job > 0 && sendDocument(connection, queue, job, format, read)) return std::nullopt;
+  CupsFailure failure = connection.failure();
+  if (job > 0 && !failure.silent) {
+    const Connection again;
+    if (again) cupsCancelJob2(again.http(), queue.c_str(), job, 0);
   }
-  const int job = cupsCreateJob(connection.get(), queue.c_str(), jobTitle, 0, nullptr);
-  if (job > 0 && sendDocument(connection.get(), queue, job, format, read)) return true;
-  reason = lastReason();
-  if (job > 0) cupsCancelJob2(connect().get(), queue.c_str(), job, 0);
-  return false;
+  return failure;
 }
 
 }  // namespace tellaxis::platform

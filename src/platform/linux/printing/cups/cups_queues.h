@@ -7,6 +7,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <variant>
 #include <vector>
 
 namespace tellaxis::platform {
@@ -15,6 +16,13 @@ namespace tellaxis::platform {
 struct CupsQueue {
   std::string name;
   std::string deviceUri;
+  bool isDefault = false;
+};
+
+/// Why a request came to nothing.
+struct CupsFailure {
+  bool silent = false;  ///< the server took the request and did not answer in time
+  std::string reason;   ///< UTF-8
 };
 
 enum class JobFormat : std::uint8_t {
@@ -25,11 +33,11 @@ enum class JobFormat : std::uint8_t {
 /// Fills its argument with the bytes that come next and returns how many it got: 0 at the end, nothing on a failure.
 using ByteReader = std::function<std::optional<std::size_t>(std::span<char> buffer)>;
 
-/// The queues of the server, its default queue first; empty without a server, nothing when it does not answer.
-/// `reason` says why, in UTF-8.
-std::optional<std::vector<CupsQueue>> listCupsQueues(std::string& reason);
+/// The queues of the server in its own order. Takes two seconds at most.
+std::variant<std::vector<CupsQueue>, CupsFailure> listCupsQueues();
 
-/// Sends one job and returns when the server has all of it. A job that could not be sent whole is cancelled.
-bool sendCupsJob(const std::string& queue, JobFormat format, const ByteReader& read, std::string& reason);
+/// Sends one job and returns when the server has all of it; a failure otherwise, and then the job is cancelled. A
+/// server that does not accept the job within two seconds, or takes nothing for ten, is silent.
+std::optional<CupsFailure> sendCupsJob(const std::string& queue, JobFormat format, const ByteReader& read);
 
 }  // namespace tellaxis::platform

@@ -23,7 +23,7 @@ class PageDocument final : public DocumentSink {
       : files_(std::move(files)),
         deviceName_(deviceName),
         trace_(trace),
-        pdf_(files_.pdf),
+        pdf_(files_.pdf, files_.takePdf),
         layout_(paperOf(deviceName), keptTypefaces(), std::move(readBitmap), [this](const Page& page) { draw(page); }) {
   }
 
@@ -31,8 +31,8 @@ class PageDocument final : public DocumentSink {
     if (finished_) return;
     if (!works_) keptTypefaces().forget();
     pdf_.close();
-    std::remove(files_.pdf.c_str());
-    if (!files_.png.empty()) std::remove(files_.png.c_str());
+    for (const std::string* file : {&files_.pdf, &files_.png})
+      if (!file->empty()) std::remove(file->c_str());
   }
   PageDocument(const PageDocument&) = delete;
   PageDocument& operator=(const PageDocument&) = delete;

@@ -127,6 +127,11 @@ void drawRows(cairo_t* cairo, const Page& page, Typefaces& typefaces, double top
   }
 }
 
+cairo_status_t passOn(void* taker, const unsigned char* bytes, unsigned length) {
+  const bool taken = (*static_cast<const ByteTaker*>(taker))({reinterpret_cast<const char*>(bytes), length});
+  return taken ? CAIRO_STATUS_SUCCESS : CAIRO_STATUS_WRITE_ERROR;
+}
+
 [[noreturn]] void leave(png_structp png, png_const_charp /*reason*/) { png_longjmp(png, 1); }
 void ignore(png_structp /*png*/, png_const_charp /*reason*/) {}
 
@@ -190,7 +195,9 @@ void drawPage(cairo_t* cairo, const Page& page, Typefaces& typefaces) {
   drawRows(cairo, page, typefaces, 0, page.height);
 }
 
-PdfFile::PdfFile(const std::string& path) : surface_(cairo_pdf_surface_create(path.c_str(), 1, 1)) {}
+PdfFile::PdfFile(const std::string& path, const ByteTaker& take)
+    : surface_(path.empty() ? cairo_pdf_surface_create_for_stream(&passOn, const_cast<ByteTaker*>(&take), 1, 1)
+                            : cairo_pdf_surface_create(path.c_str(), 1, 1)) {}
 
 bool PdfFile::add(const Page& page, Typefaces& typefaces) {
   cairo_pdf_surface_set_size(surface_.get(), page.width * pointsPerDot, page.height * pointsPerDot);

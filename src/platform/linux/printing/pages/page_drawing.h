@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "platform/linux/printing/pages/page_document.h"
 #include "platform/linux/printing/pages/page_layout.h"
 
 namespace tellaxis::platform {
@@ -16,7 +17,8 @@ void drawPage(cairo_t* cairo, const Page& page, Typefaces& typefaces);
 /// A PDF file that grows page by page.
 class PdfFile {
  public:
-  explicit PdfFile(const std::string& path);
+  /// Without a path `take`, which must live as long, gets the bytes.
+  PdfFile(const std::string& path, const ByteTaker& take);
 
   bool add(const Page& page, Typefaces& typefaces);
   bool close();

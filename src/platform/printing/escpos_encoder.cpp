@@ -1,5 +1,5 @@
-// ESC/POS: documents as receipt-printer commands.
-#include "platform/printing/escpos.h"
+// ESC/POS encoder: fonts, positions, bar codes, pictures and cuts as commands.
+#include "platform/printing/escpos_encoder.h"
 
 #include <algorithm>
 #include <array>
@@ -209,55 +209,6 @@ void EscPosEncoder::columns(const Dots& dots, std::string& bytes) {
     bytes += lineFeed;
   }
   put(bytes, {escape, '2'});
-}
-
-namespace {
-
-class EscPosDocument final : public DocumentSink {
- public:
-  EscPosDocument(const std::string& deviceName, BitmapReader readBitmap, ByteChannel& channel, Trace& trace)
-      : deviceName_(deviceName),
-        encoder_(paperOf(deviceName), std::move(readBitmap)),
-        channel_(channel),
-        trace_(trace) {}
-
-  bool add(const Operation& operation) override {
-    std::string bytes;
-    encoder_.encode(operation, bytes);
-    return spool_.append(bytes) || failed();
-  }
-
-  bool finish() override {
-    std::string bytes;
-    encoder_.finish(bytes);
-    if (!spool_.append(bytes) || !spool_.rewind()) return failed();
-    return channel_.send(spool_);
-  }
-
- private:
-  bool failed() {
-    trace_.failed("Print", deviceName_, "il disco non ha pi\xF9 spazio per il documento");
-    return false;
-  }
-
-  std::string deviceName_;
-  EscPosEncoder encoder_;
-  Spool spool_;
-  ByteChannel& channel_;
-  Trace& trace_;
-};
-
-}  // namespace
-
-EscPosPrinter::EscPosPrinter(std::string deviceName, BitmapReader readBitmap, std::unique_ptr<ByteChannel> channel,
-                             Trace& trace)
-    : deviceName_(std::move(deviceName)),
-      readBitmap_(std::move(readBitmap)),
-      channel_(std::move(channel)),
-      trace_(trace) {}
-
-std::unique_ptr<DocumentSink> EscPosPrinter::open() {
-  return std::make_unique<EscPosDocument>(deviceName_, readBitmap_, *channel_, trace_);
 }
 
 }  // namespace tellaxis::platform

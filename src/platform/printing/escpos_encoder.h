@@ -1,9 +1,7 @@
-// ESC/POS: documents as receipt-printer commands.
+// ESC/POS encoder: operations as receipt-printer commands.
 #pragma once
 
 #include <cstdint>
-#include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -11,8 +9,6 @@
 #include "platform/printing/device_fonts.h"
 #include "platform/printing/document.h"
 #include "platform/printing/papers.h"
-#include "platform/printing/spool.h"
-#include "platform/trace.h"
 
 namespace tellaxis::platform {
 
@@ -64,30 +60,6 @@ class EscPosEncoder {
   int waitingDots_ = 0;        ///< feed beyond them
   int leftDots_ = 0;           ///< of the next line
   std::int64_t position_ = 0;  ///< of the paper, in dots
-};
-
-/// A way for bytes into a printer.
-class ByteChannel {
- public:
-  virtual ~ByteChannel() = default;
-
-  /// Hands over all bytes of `document`, which stands at its first byte. False on a failure, which it reports to the
-  /// trace; some bytes may have been taken then.
-  virtual bool send(Spool& document) = 0;
-};
-
-/// A receipt printer: each document is sent as a whole once it is finished, and never again.
-class EscPosPrinter final : public PrinterBackEnd {
- public:
-  EscPosPrinter(std::string deviceName, BitmapReader readBitmap, std::unique_ptr<ByteChannel> channel, Trace& trace);
-
-  std::unique_ptr<DocumentSink> open() override;
-
- private:
-  std::string deviceName_;
-  BitmapReader readBitmap_;
-  std::unique_ptr<ByteChannel> channel_;
-  Trace& trace_;
 };
 
 }  // namespace tellaxis::platform
