@@ -45,7 +45,7 @@ TEST(DisplayStartUPOrbis, TakesOverEveryKnownCode) {
 }
 
 TEST(DisplayStartUPOrbis, SwitchesTheDisplayOffForEveryOtherCode) {
-  for (const std::string_view code : {"3", "0", "", " 1", "1 ", "01", "1,0", "99", "CD1-01", "NON PRESENTE"}) {
+  for (const std::string_view code : {"3", "0", "", "\" 1\"", "\"1 \"", "01", "1,0", "99", "CD1-01", "NON PRESENTE"}) {
     Desk desk;
     desk.setting("Display_Active", "-1");
     desk.setting("Display_COM", "7");

@@ -90,7 +90,7 @@ TEST(MFStartUPOrbis, WritesTheNucleoValuesAndEnds) {
 }
 
 TEST(MFStartUPOrbis, SelectsNoPrinterForACodeThatIsNotOffered) {
-  for (const std::string_view code : {"29", "0", "", "25", " 24", "24 ", "024", "24,0", "Nessuno"}) {
+  for (const std::string_view code : {"29", "0", "", "25", "\" 24\"", "\"24 \"", "024", "24,0", "Nessuno"}) {
     Desk desk(code);
     for (const std::string_view key : {"MF_File", "MF_COM", "MF_Parametri", "MF_Ritardo", "MF_Driver"})
       desk.setting(key, "prima");
