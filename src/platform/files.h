@@ -73,6 +73,9 @@ class Files {
   /// when a file was left.
   virtual bool removeAll(std::string_view folder) = 0;
 
+  /// Deletes an empty folder.
+  virtual bool removeFolder(std::string_view path) = 0;
+
   /// Opens a file for reading; null on a failure.
   virtual std::unique_ptr<InputFile> openInput(std::string_view path) = 0;
 

@@ -118,6 +118,11 @@ bool Files::removeAll(std::string_view folder) {
   return true;
 }
 
+bool Files::removeFolder(std::string_view path) {
+  if (!journal_.record("removeFolder " + std::string(path)) || !namesIn(path).empty()) return false;
+  return folders_.erase(withoutBackslash(path)) > 0;
+}
+
 std::unique_ptr<platform::InputFile> Files::openInput(std::string_view path) {
   if (!journal_.record("openInput " + std::string(path)) || !has(path)) return nullptr;
   return std::make_unique<InputText>(journal_, open_, std::string(path), text(path));

@@ -42,6 +42,7 @@ class Files : public platform::Files {
   bool remove(std::string_view path) override;
   bool canRemove(std::string_view path) override;
   bool removeAll(std::string_view folder) override;
+  bool removeFolder(std::string_view path) override;
   std::unique_ptr<platform::InputFile> openInput(std::string_view path) override;
   bool append(std::string_view path, std::string_view text) override;
   bool create(std::string_view path, std::string_view text, bool ownerOnly) override;

@@ -208,6 +208,13 @@ bool LinuxFiles::removeAll(std::string_view folder) {
   return removed;
 }
 
+bool LinuxFiles::removeFolder(std::string_view path) {
+  auto native = paths_.spelled(path);
+  if (!native) return noteWith("removeFolder", path, ENOENT);
+  return note("removeFolder", path,
+              onWhatExists(paths_, *native, [](const std::string& folder) { return ::rmdir(folder.c_str()) == 0; }));
+}
+
 std::unique_ptr<InputFile> LinuxFiles::openInput(std::string_view path) {
   auto native = paths_.spelled(path);
   Descriptor opened = native ? openExisting(paths_, *native) : Descriptor();

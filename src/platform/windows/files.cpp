@@ -167,6 +167,10 @@ bool WindowsFiles::removeAll(std::string_view folder) {
   return allGone;
 }
 
+bool WindowsFiles::removeFolder(std::string_view path) {
+  return RemoveDirectoryW(wide(path).c_str()) || failed(trace_, "removeFolder", path);
+}
+
 std::unique_ptr<InputFile> WindowsFiles::openInput(std::string_view path) {
   UniqueHandle handle = owned(CreateFileW(wide(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                                           OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));

@@ -482,6 +482,26 @@ TEST_F(RemoveAll, SaysSoWhenAFileWasLeft) {
   EXPECT_THAT(trace.lines, ElementsAre(HasSubstr("accesso negato")));
 }
 
+struct RemoveFolder : LinuxFilesTest {};
+
+TEST_F(RemoveFolder, TakesAnEmptyFolderInAnyCase) {
+  makeFolder("Diario/2026-11-21");
+  EXPECT_TRUE(files.removeFolder("C:\\DIARIO\\2026-11-21"));
+  EXPECT_FALSE(onDisk("Diario/2026-11-21"));
+  EXPECT_THAT(trace.lines, IsEmpty());
+}
+
+TEST_F(RemoveFolder, SparesFilesAndFoldersThatHoldSomething) {
+  makeFolder("full");
+  folder.write("full/job", "");
+  EXPECT_FALSE(files.removeFolder("C:\\full"));
+  EXPECT_FALSE(files.removeFolder("C:\\full\\job"));
+  EXPECT_FALSE(files.removeFolder("C:\\none"));
+  EXPECT_FALSE(files.removeFolder(""));
+  EXPECT_TRUE(onDisk("full/job"));
+  EXPECT_THAT(trace.lines, SizeIs(4));
+}
+
 struct OpenInput : LinuxFilesTest {};
 
 TEST_F(OpenInput, ReadsAFileToItsEnd) {

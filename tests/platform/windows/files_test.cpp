@@ -290,6 +290,17 @@ TEST_F(WindowsFilesTest, EmptyingAFolderSparesSubFoldersAndTellsOfFilesInUse) {
   EXPECT_FALSE(files.removeAll(folder / "manca"));
 }
 
+TEST_F(WindowsFilesTest, OnlyAnEmptyFolderIsRemoved) {
+  std::filesystem::create_directories(folder.path("piena"));
+  folder.write("piena/a.txt", "x");
+  EXPECT_FALSE(files.removeFolder(folder / "PIENA"));
+  EXPECT_TRUE(onDisk("piena/a.txt"));
+  EXPECT_TRUE(files.remove(folder / "piena/a.txt"));
+  EXPECT_TRUE(files.removeFolder(folder / "PIENA"));
+  EXPECT_FALSE(onDisk("piena"));
+  EXPECT_FALSE(files.removeFolder(folder / "manca"));
+}
+
 TEST_F(WindowsFilesTest, AFileIsReadToItsEnd) {
   folder.write("a.txt", std::string("uno\0due\r\n", 9));
   EXPECT_EQ(readThrough(folder / "A.TXT"), std::string("uno\0due\r\n", 9));
