@@ -4,6 +4,7 @@
 #include <functional>
 #include <utility>
 
+#include "core/fiscal_outcome.h"
 #include "core/main_form.h"
 #include "core/settings.h"
 #include "platform/bridge_options.h"
@@ -25,6 +26,7 @@ struct Bridge {
   MainForm form;
   Settings settings;
   platform::JobNotices* notices = nullptr;  ///< where a job is taken as soon as it is whole, not at the next tick only
+  FiscalOutcome fiscalOutcome = FiscalOutcome::notHandedOver;  ///< of the last fiscal job
 };
 
 }  // namespace tellaxis

@@ -17,16 +17,18 @@ std::string fourDigits(int number) { return std::to_string(10'000 + number).subs
 
 }  // namespace
 
-void MF_SvuotaBuffer(Bridge& bridge, std::string_view targetFolder, std::string_view targetName) {
+bool MF_SvuotaBuffer(Bridge& bridge, std::string_view targetFolder, std::string_view targetName) {
   platform::Files& files = bridge.host.files;
   const std::string target = std::string(targetFolder) + "\\" + std::string(targetName);
+  bool moved = false;
   for (int slot = 1; slot <= slots; ++slot) {
     const std::string slotFile = bridge.settings.pointOfSaleFolder + "\\_Buffer\\#" + fourDigits(slot);
     if (files.exists(slotFile) && !files.exists(target)) {
-      files.move(slotFile, target);
+      if (files.move(slotFile, target)) moved = true;
       PausaCicli(pauseAfterMove);
     }
   }
+  return moved;
 }
 
 }  // namespace tellaxis

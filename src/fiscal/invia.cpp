@@ -46,6 +46,7 @@ void handToInputFile(Bridge& bridge, std::string_view jobFile) {
   platform::Files& files = bridge.host.files;
   for (std::int16_t attempts = 0; files.exists(settings.MF_File); ++attempts) {
     if (attempts > busyAttempts) {
+      bridge.fiscalOutcome = FiscalOutcome::givenUp;
       log(bridge, "Invio file annullato: " + std::string(jobFile));
       bridge.host.trace.failed("invio", settings.MF_File, "il driver non ha preso lo scontrino precedente");
       return;
@@ -55,7 +56,7 @@ void handToInputFile(Bridge& bridge, std::string_view jobFile) {
   }
   log(bridge, "Invio file: " + std::string(jobFile));
   if (!jobFile.ends_with(withoutPause)) wait(bridge);
-  files.copy(jobFile, settings.MF_File);
+  if (files.copy(jobFile, settings.MF_File)) bridge.fiscalOutcome = FiscalOutcome::delivered;
 }
 
 void handToFpMateFolder(Bridge& bridge) {
@@ -63,10 +64,11 @@ void handToFpMateFolder(Bridge& bridge) {
   const std::string folder = settings.pointOfSaleFolder + "\\Epson";
   constexpr std::string_view name = "Scontr.xml";
   if (truthFrom(settings.MF_Buffer, bridge.host.locale.regional()).value_or(false)) {
-    MF_SvuotaBuffer(bridge, folder, name);
+    if (MF_SvuotaBuffer(bridge, folder, name)) bridge.fiscalOutcome = FiscalOutcome::delivered;
     return;
   }
-  bridge.host.files.copy(settings.MF_File, folder + "\\" + std::string(name));
+  if (bridge.host.files.copy(settings.MF_File, folder + "\\" + std::string(name)))
+    bridge.fiscalOutcome = FiscalOutcome::delivered;
   bridge.host.files.remove(settings.MF_File);
 }
 
@@ -76,6 +78,7 @@ void handToProgram(Bridge& bridge, std::string_view jobFile) {
   files.copy(jobFile, settings.MF_File);
   bridge.host.processes.start(settings.MF_Driver, platform::WindowStyle::minimisedWithoutFocus);
 
+  bridge.fiscalOutcome = FiscalOutcome::unanswered;
   const std::string& answer = settings.MF_File_Output;
   std::int16_t attempts = 0;
   waitForAnswer(bridge);
@@ -88,6 +91,7 @@ void handToProgram(Bridge& bridge, std::string_view jobFile) {
     bridge.host.trace.failed("attesa", answer, "il driver non ha risposto");
     log(bridge, "File scontrino: " + std::string(jobFile) + " - non ha generato file di output " + answer);
   } else if (files.exists(answer)) {
+    bridge.fiscalOutcome = FiscalOutcome::confirmed;
     files.remove(answer);
   }
 }
@@ -95,6 +99,7 @@ void handToProgram(Bridge& bridge, std::string_view jobFile) {
 }  // namespace
 
 void MF_Invia(Bridge& bridge, std::string_view jobFile) {
+  bridge.fiscalOutcome = FiscalOutcome::notHandedOver;
   switch (handOverOf(bridge.settings.MF_Prot)) {
     case HandOver::inputFile: return handToInputFile(bridge, jobFile);
     case HandOver::fpMateFolder: return handToFpMateFolder(bridge);

@@ -8,7 +8,8 @@
 namespace tellaxis {
 
 /// Hands over the job file in the way of the configured driver kind; another kind does nothing. The job file itself is
-/// left for the caller to delete. Blocks until the driver has answered or was given up.
+/// left for the caller to delete; how it ended is left in `bridge.fiscalOutcome`. Blocks until the driver has answered
+/// or was given up.
 void MF_Invia(Bridge& bridge, std::string_view jobFile);
 
 }  // namespace tellaxis

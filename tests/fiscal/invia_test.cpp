@@ -243,6 +243,50 @@ TEST(ProgramHandOver, AFailingStepOfTheTimeOutIsSkipped) {
   fake::sweepFailingSteps(run);
 }
 
+TEST(Outcome, OfAnInputFileIsDeliveredGivenUpOrNothing) {
+  Desk taken("CASIO/DITRON - 24");
+  taken.invia();
+  EXPECT_EQ(taken.bridge.fiscalOutcome, FiscalOutcome::delivered);
+  Desk busy("CASIO/DITRON - 24");
+  busy.computer.files.put("C:\\mf\\in.txt", "before");
+  busy.invia();
+  EXPECT_EQ(busy.bridge.fiscalOutcome, FiscalOutcome::givenUp);
+  Desk lost("CASIO/DITRON - 24");
+  lost.computer.files.erase(job);
+  lost.invia();
+  EXPECT_EQ(lost.bridge.fiscalOutcome, FiscalOutcome::notHandedOver);
+}
+
+TEST(Outcome, OfAProgramIsWhetherItAnswered) {
+  Desk answered("NUCLEO DRIVER - 93");
+  answered.answerAfter(400ms);
+  answered.invia();
+  EXPECT_EQ(answered.bridge.fiscalOutcome, FiscalOutcome::confirmed);
+  Desk silent("NUCLEO DRIVER - 93");
+  silent.invia();
+  EXPECT_EQ(silent.bridge.fiscalOutcome, FiscalOutcome::unanswered);
+}
+
+TEST(Outcome, OfTheFpMateFolderIsDeliveredOnlyWhenAFileWentThere) {
+  for (const bool buffered : {false, true}) {
+    Desk desk("FPMate - 29");
+    desk.bridge.settings.MF_Buffer = buffered;
+    desk.invia();
+    EXPECT_EQ(desk.bridge.fiscalOutcome, FiscalOutcome::notHandedOver);
+    desk.computer.files.put(buffered ? "C:\\MERIDIA\\_Buffer\\#0001" : "C:\\mf\\in.txt", "x");
+    desk.invia();
+    EXPECT_EQ(desk.bridge.fiscalOutcome, FiscalOutcome::delivered);
+  }
+}
+
+TEST(Outcome, OfAnEarlierJobIsForgottenWhereNoDriverIsSet) {
+  Desk desk("CASIO/DITRON - 24");
+  desk.invia();
+  desk.bridge.settings.MF_Prot = "Nessuno";
+  desk.invia();
+  EXPECT_EQ(desk.bridge.fiscalOutcome, FiscalOutcome::notHandedOver);
+}
+
 TEST(UnknownProtocol, DoesNothing) {
   for (const char* protocol : {"", "Nessuno", "Non Presente", "onda driver - 91", "ONDA DRIVER - 91 "}) {
     Desk desk(protocol);
