@@ -9,6 +9,7 @@
 #include "courtesy/samsung_models.h"
 #include "platform/dialogs.h"
 #include "platform/files.h"
+#include "platform/trace.h"
 
 namespace tellaxis {
 
@@ -32,6 +33,7 @@ void Cort_StampaSamsung(Bridge& bridge, std::string_view jobFile) {
   const auto printer = selectPrinterOnPort(host, serialPortName(bridge), Matching::exact);
   if (!printer) {
     lines.close();
+    host.trace.failed("preconto", jobFile, "nessuna stampante sulla porta " + serialPortName(bridge));
     host.dialogs.show("Stampante NON trovata", applicationTitle, platform::Buttons::ok);
     return;
   }

@@ -7,6 +7,7 @@
 #include "core/text_lines.h"
 #include "display/families.h"
 #include "platform/files.h"
+#include "platform/trace.h"
 
 namespace tellaxis {
 
@@ -59,6 +60,8 @@ void LanciaFileDisplay(Bridge& bridge) {
     else
       sendFirstLine(bridge, *family);
     bridge.host.files.remove(settings.Display_File);
+  } else {
+    bridge.host.trace.failed("display", settings.Display_File, "famiglia sconosciuta: " + settings.Display_Type);
   }
   Attesa(bridge, settings.Display_Delay, true);
 }

@@ -2,6 +2,7 @@
 #include "slip/slip_job.h"
 
 #include "platform/printers.h"
+#include "platform/trace.h"
 #include "slip/layouts.h"
 #include "slip/printer_choice.h"
 #include "slip/require.h"
@@ -25,7 +26,10 @@ void LanciaFileRF(Bridge& bridge, PrintedForms& printed) {
   const Settings& settings = bridge.settings;
   selectPrinterNamed(bridge.host.Printer, settings.RF_Stampante);
   const SlipLayout* layout = slipLayoutOf(settings.RF_Stampante);
-  if (layout == nullptr) return;
+  if (layout == nullptr) {
+    bridge.host.trace.failed("ricevuta", settings.RF_File, "nessun modulo per la stampante " + settings.RF_Stampante);
+    return;
+  }
   require(bridge.host.files.canRemove(settings.RF_File), "il file non si potrebbe cancellare");
   recall(bridge, printed);
   if (!printed.all) {
