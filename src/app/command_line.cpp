@@ -9,6 +9,7 @@
 #include <optional>
 #include <vector>
 
+#include "app/diary_arguments.h"
 #include "platform/program.h"
 
 namespace tellaxis {
@@ -25,6 +26,10 @@ constexpr std::string_view oneShotUsage =
      @ [opzioni] pianificate [--postazione SERVER|CLIENT]
                                       esegue una volta le operazioni pianificate per
                                       questo minuto e quella richiesta a mano
+     @ [opzioni] diario [--dal GIORNO] [--al GIORNO] [--dispositivo NOME] [--problemi]
+                        [--json]      mostra i lavori del diario, di norma quelli di oggi
+     @ [opzioni] ristampa ID [--fiscale] [--anche-se-emesso]
+                                      rimette in coda un lavoro del diario
 )";
 
 constexpr std::string_view options = R"(
@@ -48,6 +53,16 @@ constexpr std::string_view oneShotOptions = R"(
 Solo per pianificate:
   --postazione RUOLO       SERVER o CLIENT (di norma CLIENT)
   --now "AAAA-MM-GG HH:MM" finge che sia questo minuto
+
+Solo per diario:
+  --dal, --al GIORNO       AAAA-MM-GG o GG/MM/AAAA
+  --dispositivo NOME       fiscale, display, ricevuta o preconto
+  --problemi               solo i lavori a cui qualcuno deve badare
+  --json                   un oggetto JSON per riga
+
+Solo per ristampa:
+  --fiscale                anche un lavoro del misuratore fiscale
+  --anche-se-emesso        anche se lo scontrino è uscito o può essere uscito
 )";
 
 constexpr int longestInterval = 3'600'000;
@@ -62,6 +77,7 @@ struct RawArguments {
   std::optional<std::string> command;
   std::optional<std::string> stationRole;
   std::optional<std::string> now;
+  RawDiaryArguments diary;
   bool trace = false;
   bool endsOther = false;
   bool help = false;
@@ -83,6 +99,7 @@ void declare(CLI::App& application, RawArguments& raw, OneShots oneShots) {
   application.add_option("comando", raw.command);
   application.add_option("--postazione", raw.stationRole);
   application.add_option("--now", raw.now);
+  declareDiaryArguments(application, raw.diary);
 }
 
 EndAtOnce unusable(std::string_view program, std::string_view complaint) {
@@ -170,7 +187,10 @@ struct NamedCommand {
   Command command;
 };
 
-constexpr NamedCommand namedCommands[] = {{"ftp", Command::ftp}, {"pianificate", Command::pianificate}};
+constexpr NamedCommand namedCommands[] = {{"ftp", Command::ftp},
+                                          {"pianificate", Command::pianificate},
+                                          {"diario", Command::diario},
+                                          {"ristampa", Command::ristampa}};
 constexpr std::string_view stationRoles[] = {"CLIENT", "SERVER"};
 
 /// Reads the command and what is only its own; a complaint where something is wrong.
@@ -192,7 +212,10 @@ std::optional<std::string> readCommand(const RawArguments& raw, CommandLine& lin
     line.now = minuteFrom(*raw.now);
     if (!line.now) return "--now " + *raw.now + ": si scrive \"AAAA-MM-GG HH:MM\"";
   }
-  return std::nullopt;
+  const DiaryCommand diaryCommand = line.command == Command::diario     ? DiaryCommand::show
+                                    : line.command == Command::ristampa ? DiaryCommand::reprint
+                                                                        : DiaryCommand::none;
+  return readDiaryArguments(raw.diary, diaryCommand, line.diary);
 }
 
 std::variant<CommandLine, EndAtOnce> checked(std::string_view program, const RawArguments& raw) {

@@ -7,13 +7,14 @@
 #include <string>
 #include <variant>
 
+#include "app/diary_command.h"
 #include "platform/clock.h"
 #include "platform/system.h"
 
 namespace tellaxis {
 
 /// Staying to poll, or one operation and an end.
-enum class Command : std::uint8_t { stay, ftp, pianificate };
+enum class Command : std::uint8_t { stay, ftp, pianificate, diario, ristampa };
 
 /// Whether a program offers the commands that are one operation.
 enum class OneShots : std::uint8_t { refused, offered };
@@ -26,6 +27,7 @@ struct CommandLine {
   Command command = Command::stay;
   std::string stationRole = "CLIENT";     ///< of `pianificate`
   std::optional<platform::DateTime> now;  ///< of `pianificate`: the minute to pretend
+  DiaryRequest diary;                     ///< of `diario` and `ristampa`
 };
 
 /// The program is to print a text and end: on standard output with status 0, on standard error with another.

@@ -5,6 +5,7 @@
 #include "connect/schedule.h"
 #include "core/bridge.h"
 #include "core/settings.h"
+#include "platform/instance.h"
 
 namespace tellaxis {
 
@@ -43,7 +44,17 @@ void runScheduledOnce(platform::Host& host, const std::string& mainFolder, const
   OperazioniPianificate(bridge);
 }
 
-int runOnce(platform::Host& host, const CommandLine& line, const std::string& mainFolder) {
+int runOnce(platform::System& system, const CommandLine& line, const std::string& mainFolder, const Say& say) {
+  platform::Host& host = system.host();
+  const auto said = [&say](const CommandResult& result) {
+    say(result);
+    return result.status;
+  };
+  if (line.command == Command::diario) return said(showDiary(host, system.options(), mainFolder, line.diary));
+  if (line.command == Command::ristampa) {
+    const bool running = platform::lockMainFolder(line.system.mainFolder) == nullptr;
+    return said(reprintFromDiary(host, system.options(), mainFolder, line.diary, running));
+  }
   if (line.command == Command::ftp) return transferOnce(host, mainFolder) ? 0 : statusNotTransferred;
   runScheduledOnce(host, mainFolder, line.stationRole, line.now);
   return 0;

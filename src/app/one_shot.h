@@ -1,12 +1,15 @@
 // One-shot: single operations that something outside calls for, beside a copy that stays or without one.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 
 #include "app/command_line.h"
+#include "app/diary_command.h"
 #include "platform/clock.h"
 #include "platform/host.h"
+#include "platform/system.h"
 
 namespace tellaxis {
 
@@ -19,7 +22,10 @@ bool transferOnce(platform::Host& host, const std::string& mainFolder);
 void runScheduledOnce(platform::Host& host, const std::string& mainFolder, const std::string& stationRole,
                       const std::optional<platform::DateTime>& now);
 
+/// How a program shows what a command says, in UTF-8: on standard output with status 0, as a complaint with another.
+using Say = std::function<void(const CommandResult& result)>;
+
 /// Carries out the command of `line`, which is one operation, and returns the program's status.
-int runOnce(platform::Host& host, const CommandLine& line, const std::string& mainFolder);
+int runOnce(platform::System& system, const CommandLine& line, const std::string& mainFolder, const Say& say);
 
 }  // namespace tellaxis

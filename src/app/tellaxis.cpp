@@ -77,7 +77,8 @@ int showWindow(const WindowSurroundings& surroundings, const std::string& mainFo
 int carryOut(const CommandLine& line, const std::string& mainFolder) {
   auto opened = platform::openSystem(line.system);
   if (const auto* error = std::get_if<platform::SystemError>(&opened)) return complain(error->message, statusUnusable);
-  return runOnce(std::get<std::unique_ptr<platform::System>>(opened)->host(), line, mainFolder);
+  const auto sayResult = [](const CommandResult& result) { say(result.status == 0 ? stdout : stderr, result.text); };
+  return runOnce(*std::get<std::unique_ptr<platform::System>>(opened), line, mainFolder, sayResult);
 }
 
 int run(const CommandLine& line) {

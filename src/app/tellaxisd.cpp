@@ -8,8 +8,10 @@
 #include "app/command_line.h"
 #include "app/connected_devices.h"
 #include "app/end_copy.h"
+#include "app/job_diary.h"
 #include "app/one_shot.h"
 #include "app/resident.h"
+#include "core/activity.h"
 #include "core/bridge.h"
 #include "platform/instance.h"
 #include "platform/program.h"
@@ -39,7 +41,10 @@ void sayReady() {
 
 int stay(const CommandLine& line, const std::string& mainFolder) {
   platform::StopRequest stop;
-  auto opened = platform::openSystem(line.system);
+  Activity activity;
+  platform::SystemOptions options = line.system;
+  options.alsoTold = &activity;
+  auto opened = platform::openSystem(options);
   if (const auto* error = std::get_if<platform::SystemError>(&opened)) return complain(error->message, statusUnusable);
   const auto lock = platform::lockMainFolder(line.system.mainFolder);
   if (!lock) return complain("un'altra copia serve gi\xC3\xA0 la cartella " + line.system.mainFolder, statusSecondCopy);
@@ -52,15 +57,23 @@ int stay(const CommandLine& line, const std::string& mainFolder) {
   if (bridge.options.prompt) notices = system.openJobNotices([&stop] { stop.wake(); });
   bridge.notices = notices.get();
   ConnectedDevices devices(bridge);
-  runResident(bridge, devices, devices, mainFolder, line.pollingInterval, stop, sayReady);
+  NotedDevices noted(devices, activity, bridge);
+  const auto diary = JobDiary::open(bridge, mainFolder, noted, activity);
+  const auto ready = [&diary] {
+    if (diary) diary->started();
+    sayReady();
+  };
+  runResident(bridge, diary ? diary->devices() : devices, devices, mainFolder, line.pollingInterval, stop, ready);
   return 0;
 }
+
+void say(const CommandResult& result) { std::fputs(result.text.c_str(), result.status == 0 ? stdout : stderr); }
 
 /// Beside a copy that stays, or without one.
 int carryOut(const CommandLine& line, const std::string& mainFolder) {
   auto opened = platform::openSystem(line.system);
   if (const auto* error = std::get_if<platform::SystemError>(&opened)) return complain(error->message, statusUnusable);
-  return runOnce(std::get<std::unique_ptr<platform::System>>(opened)->host(), line, mainFolder);
+  return runOnce(*std::get<std::unique_ptr<platform::System>>(opened), line, mainFolder, say);
 }
 
 int run(const CommandLine& line) {

@@ -53,11 +53,13 @@ WindowProgram::WindowProgram(const WindowSurroundings& surroundings, const std::
       bridge_(host_, surroundings.system.options()),
       devices_(*this),
       noted_(devices_, surroundings.activity, bridge_),
-      polling_(bridge_, noted_),
+      diary_(JobDiary::open(bridge_, mainFolder, noted_, surroundings.activity)),
+      polling_(bridge_, diary_ ? diary_->devices() : noted_),
       window_(new ui::MainWindow(bridge_, surroundings.activity, [this] { formEnded(); })) {
   modalDialogs();
   bridge_.stopRequested = [this] { return ended_ || surroundings_.stop.asked(); };
   Form_Load(bridge_, devices_, mainFolder);
+  if (diary_) diary_->started();
   window_->refresh();
   window_->Show();
   polls_.Bind(wxEVT_TIMER, [this](const wxTimerEvent&) { tick(); });

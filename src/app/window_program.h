@@ -7,6 +7,7 @@
 #include <string>
 
 #include "app/connected_devices.h"
+#include "app/job_diary.h"
 #include "core/activity.h"
 #include "core/bridge.h"
 #include "core/polling.h"
@@ -61,6 +62,7 @@ class WindowProgram {
   Bridge bridge_;
   Devices devices_;
   NotedDevices noted_;
+  std::unique_ptr<JobDiary> diary_;  ///< null where none is wanted
   Polling polling_;
   ui::MainWindow* window_;  ///< owned by the toolkit
   wxTimer polls_;

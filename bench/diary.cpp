@@ -1,0 +1,133 @@
+// Diary: what a job costs more with diary and archive, and how long a day of 100,000 jobs takes to read.
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "app/job_diary.h"
+#include "core/activity.h"
+#include "core/polling.h"
+#include "diary/reader.h"
+#include "platform/files.h"
+#include "platform/system.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace tellaxis;
+
+constexpr int jobs = 100;
+constexpr std::size_t jobSize = 2048;
+constexpr int rounds = 100;
+constexpr int jobsOfABusyDay = 100'000;
+
+/// A fiscal driver that only takes a copy of the job.
+class CopyingDevices : public Devices {
+ public:
+  explicit CopyingDevices(Bridge& bridge) : bridge_(bridge) {}
+  void LanciaFileDisplay() override {}
+  void MF_Invia(std::string_view jobFile) override {
+    bridge_.host.files.copy(jobFile, bridge_.settings.MF_File);
+    bridge_.fiscalOutcome = FiscalOutcome::delivered;
+  }
+  void LanciaFileRF() override {}
+  void Cort_StampaFile(std::string_view /*jobFile*/) override {}
+
+ private:
+  Bridge& bridge_;
+};
+
+double microseconds(const std::function<void()>& work) {
+  const auto begun = std::chrono::steady_clock::now();
+  work();
+  return std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - begun).count();
+}
+
+double median(std::vector<double> times) {
+  std::ranges::nth_element(times, times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2));
+  return times[times.size() / 2];
+}
+
+double pass(Bridge& bridge, Devices& devices, const std::string& folder) {
+  const std::string text(jobSize, 'x');
+  for (int i = 0; i < jobs; ++i) std::ofstream(folder + "/Orbis/job" + std::to_string(1000 + i) + ".txt") << text;
+  return microseconds([&] {
+    std::string drop = folder + "\\Orbis";
+    std::string work = folder + "\\IN";
+    SmistaFile(bridge, devices, drop, bridge.settings.settingsFile, work, "MF");
+  });
+}
+
+void measurePasses(platform::Host& host, const std::string& folder, bool archive) {
+  platform::BridgeOptions options;
+  options.diary = archive ? "diario" : "solo";
+  options.archive = archive;
+  Bridge bridge(host, options);
+  setMainFolder(bridge.settings, folder);
+  bridge.settings.MF_File = folder + "\\in.txt";
+  CopyingDevices devices(bridge);
+  Activity activity;
+  NotedDevices noted(devices, activity, bridge);
+  const auto diary = JobDiary::open(bridge, folder, noted, activity);
+  std::vector<double> without;
+  std::vector<double> with;
+  for (int round = 0; round < rounds; ++round) {
+    without.push_back(pass(bridge, devices, folder));
+    with.push_back(pass(bridge, diary->devices(), folder));
+  }
+  std::printf("a job without diary: %.1f us; with diary%s: %.1f us more\n", median(without) / jobs,
+              archive ? " and archive" : "", (median(with) - median(without)) / jobs);
+}
+
+void measureReading(platform::Host& host, const std::string& folder) {
+  const std::string diary = folder + "/letto";
+  fs::create_directories(diary);
+  const Day day{std::chrono::year(2026) / 11 / 21};
+  DiaryEntry entry{.time = "2026-11-21T10:05:42.123", .job = "scontrino.txt", .bytes = 2048, .ms = 12};
+  entry.copy = "2026-11-21\\100542-123-scontrino.txt";
+  {
+    std::ofstream file(diary + "/2026-11-21.jsonl");
+    for (int i = 1; i <= jobsOfABusyDay; ++i) {
+      entry.id = idPrefix(day) + std::to_string(i);
+      file << lineOf(entry) << '\n';
+    }
+  }
+  std::size_t read = 0;
+  const double time = microseconds([&] { read = readDay(host, folder + "\\letto", day).size(); });
+  std::printf("%zu jobs of a day read in %.0f ms\n", read, time / 1000);
+}
+
+int measure(const std::string& folder) {
+  for (const char* name : {"Orbis", "IN"}) fs::create_directories(fs::path(folder) / name);
+  std::ofstream(folder + "/_Tellaxis.ini") << "[Varie]\r\nMF_Vuoto=-1\r\n";
+  auto opened = platform::openSystem({.mainFolder = folder});
+  if (const auto* error = std::get_if<platform::SystemError>(&opened)) {
+    std::fprintf(stderr, "%s\n", error->message.c_str());
+    return 2;
+  }
+  platform::Host& host = std::get<std::unique_ptr<platform::System>>(opened)->host();
+  for (const bool archive : {false, true}) measurePasses(host, folder, archive);
+  measureReading(host, folder);
+  return 0;
+}
+
+}  // namespace
+
+int main(int count, char** words) {
+  const std::string parent = count > 1 ? words[1] : "/dev/shm";
+  std::string folder = parent + "/tellaxis-bench-XXXXXX";
+  if (mkdtemp(folder.data()) == nullptr) {
+    std::perror(folder.c_str());
+    return 2;
+  }
+  const int status = measure(folder);
+  fs::remove_all(folder);
+  return status;
+}
