@@ -54,9 +54,11 @@ void print(std::string_view layout, std::string_view text) {
   computer.files.put(job, text);
   bridge.settings.RF_Stampante = layout;
   bridge.settings.RF_File = job;
+  PrintedForms printedForms;
+  computer.Printer.installed = {{std::string(layout), "LPT1:"}};
   bool failed = false;
   try {
-    LanciaFileRF(bridge);
+    LanciaFileRF(bridge, printedForms);
   } catch (const StepFailed&) {
     failed = true;
   }
