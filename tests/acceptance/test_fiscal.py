@@ -4,7 +4,7 @@ import time
 import unittest
 
 import fiscal_driver
-from harness import POLLING, Scenario, some_ticks, wait_for
+from harness import Scenario, wait_for
 
 
 class ProgramDrivers(Scenario):

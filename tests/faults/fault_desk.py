@@ -22,6 +22,7 @@ from serial_line import SerialLine  # noqa: E402
 POLLING = 0.1  # seconds; long enough for all jobs of a round to appear within one interval
 DISPLAY_FILE = "MERIDIA\\Display.txt"
 SLIP_FILE = "MERIDIA\\Ricevuta.txt"
+LEFT_OVER = 1.5  # seconds; longer than the bridge waits here for a driver that does not answer
 FOREIGN_LINES = "; cassa 1\r\n[Altro]\r\nx=1\r\n"
 
 
@@ -139,10 +140,19 @@ class FaultDesk:
         return sorted(entry.name for entry in folder.iterdir()) if folder.is_dir() else []
 
     def settle(self, seconds):
-        """Waits until no job is waiting, but no longer than this; tells whether that came."""
+        """Waits until no job is waiting, but no longer than this; tells whether that came. Jobs that stay in a work
+        folder while nothing else waits are left there: they could not be deleted, and are not looked at again."""
         end = time.monotonic() + seconds
-        while self.waiting():
-            if time.monotonic() > end:
+        only_left_over_since = None
+        while waiting := self.waiting():
+            now = time.monotonic()
+            if any(not name.startswith(("IN/", "CortIN/")) for name in waiting):
+                only_left_over_since = None
+            elif only_left_over_since is None:
+                only_left_over_since = now
+            elif now - only_left_over_since > LEFT_OVER:
+                return False
+            if now > end:
                 return False
             time.sleep(0.005)
         time.sleep(0.03)

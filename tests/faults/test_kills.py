@@ -113,7 +113,7 @@ class HandOver(unittest.TestCase):
         cut = bool(desk.waiting())
         time.sleep(0.1)  # a driver that was started goes on alone
         program = desk.start()
-        desk.settle(3)
+        desk.settle(20)
         first = desk.outcome()
         again = len(operations_of(first.slips)) > len(operations_of(self.whole.slips))
         faults = self.first_faults(first)

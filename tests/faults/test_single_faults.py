@@ -12,8 +12,8 @@ from fault_desk import INPUT_FILE_DRIVER, POLLING, PROGRAM_DRIVER, FaultDesk, Fa
 
 EVERY = os.environ.get("TELLAXIS_FAULTS") == "every"
 STRIDE = 1 if EVERY else 16
-FIRST_ROUND = 2.5  # seconds that jobs which met a fault may take; those that never end are left
-SECOND_ROUND = 10
+FIRST_ROUND = 20  # seconds that jobs which met a fault may take
+SECOND_ROUND = 20
 WORKERS = 3  # most of a run is waiting
 
 

@@ -15,7 +15,6 @@ import pyatspi
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "acceptance"))
 
-import fiscal_driver  # noqa: E402, F401
 from harness import Desk, wait_for  # noqa: E402
 
 warnings.filterwarnings("ignore", category=DeprecationWarning)

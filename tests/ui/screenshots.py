@@ -5,7 +5,8 @@ import sys
 import time
 from pathlib import Path
 
-from screen import Desk, Window, fiscal_driver, run, wait_for
+from screen import Desk, Window, run, wait_for
+import fiscal_driver  # in the folder that screen puts on the path
 
 PRINTERS = """
 [[printer]]

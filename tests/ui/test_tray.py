@@ -3,7 +3,8 @@
 import time
 import unittest
 
-from screen import TRAY, Window, WindowScenario, click_tray_icon, fiscal_driver, run, tray_icons, wait_for
+from screen import TRAY, Window, WindowScenario, click_tray_icon, run, tray_icons, wait_for
+import fiscal_driver  # in the folder that screen puts on the path
 
 QUESTION = "Chiudere il programma"
 
