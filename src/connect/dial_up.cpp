@@ -23,10 +23,19 @@ std::string batchFilePath(const std::string& programFolder) {
   return programFolder + (programFolder.ends_with(':') ? "\\Dial.bat" : "Dial.bat");
 }
 
-/// The line holds a password, so the file is its owner's alone.
+/// Writes the line, which holds a password, into a file that is its owner's alone, and returns where it is: in the
+/// user's folder for passing things where it cannot be at `batchFile` (a drive's root is closed to ordinary users).
+std::string writeBatchFile(Bridge& bridge, const std::string& batchFile, const std::string& line) {
+  platform::Files& files = bridge.host.files;
+  if (files.create(batchFile, line + "\r\n", true)) return batchFile;
+  const std::string folder = files.temporaryFolder();
+  if (folder.empty()) return batchFile;
+  const std::string elsewhere = folder + batchFile.substr(batchFile.find_last_of('\\'));
+  return files.create(elsewhere, line + "\r\n", true) ? elsewhere : batchFile;
+}
+
 void run(Bridge& bridge, const std::string& batchFile, const std::string& line, platform::WindowStyle windowStyle) {
-  bridge.host.files.create(batchFile, line + "\r\n", true);
-  EseguiEAttendi(bridge, commandFor(batchFile), windowStyle);
+  EseguiEAttendi(bridge, commandFor(writeBatchFile(bridge, batchFile, line)), windowStyle);
 }
 
 }  // namespace

@@ -48,6 +48,9 @@ class Files {
 
   virtual bool folderExists(std::string_view path) = 0;
 
+  /// The present user's folder for passing things, without a trailing separator; empty where there is none.
+  virtual std::string temporaryFolder() { return {}; }
+
   /// Creates one folder; its parent must exist.
   virtual bool createFolder(std::string_view path) = 0;
 

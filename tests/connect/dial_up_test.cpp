@@ -103,6 +103,16 @@ TEST(Connessione, AProgramInTheRootOfADriveHasItsBatchFileInThatRoot) {
   EXPECT_THAT(desk.deeds(), testing::Contains("start D:\\Dial.bat style 0"));
 }
 
+TEST(Connessione, WhereTheRootIsClosedTheBatchFileGoesIntoTheUsersTemporaryFolder) {
+  Desk desk;
+  desk.computer.files.userTemporaryFolder = "C:\\Utenti\\mario\\Temp";
+  desk.computer.journal.failCall(6);  // the batch file
+  EXPECT_EQ(Connessione(desk.bridge, 2), -1);
+  EXPECT_THAT(desk.deeds(), testing::IsSupersetOf(
+                                {"create owner-only C:\\Utenti\\mario\\Temp\\TellaxisDial.bat rasdial /disconnect\r\n",
+                                 "start C:\\Utenti\\mario\\Temp\\TellaxisDial.bat style 0"}));
+}
+
 TEST(Connessione, AFolderNameWithBlanksIsOneWordOfTheCommandLine) {
   Desk desk;
   setMainFolder(desk.bridge.settings, "C:\\La Cassa");

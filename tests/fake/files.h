@@ -31,10 +31,13 @@ class Files : public platform::Files {
   /// Whether the program has a file open for reading; until it closes it, the file cannot be moved or deleted.
   bool isOpen(std::string_view path) const { return open_.contains(lower(path)); }
 
+  std::string userTemporaryFolder;  ///< empty: there is none
+
   bool exists(std::string_view path) override;
   std::optional<std::string> lookUp(std::string_view path) override;
   std::optional<platform::FileIdentity> identity(std::string_view path) override;
   bool folderExists(std::string_view path) override;
+  std::string temporaryFolder() override { return userTemporaryFolder; }
   bool createFolder(std::string_view path) override;
   std::optional<std::vector<std::string>> list(std::string_view folder) override;
   bool copy(std::string_view from, std::string_view to) override;

@@ -1,6 +1,7 @@
 #!/bin/bash
 # import_lint EXE...: fails when a program imports a function that the headers declare only for Windows newer than XP SP3,
-# one that XP's own C run-time lacks, or one that a run-time library of its own would have to bring.
+# one that XP's own C run-time lacks, or one that a run-time library of its own would have to bring; or when it does not
+# bear what old drivers do in its process.
 set -euo pipefail
 
 triple=i686-w64-mingw32
@@ -50,6 +51,7 @@ for program in "$@"; do
     $1 == "msvcrt.dll" && $2 == "abort" { refuse("stops a program with a box") }
     !($1 in isPart) { refuse("is of a library that is no part of Windows XP") }
     END { exit bad }' "$work/imports" || bad=1
+  ! $triple-objdump -p "$program" | grep -q NX_COMPAT || { echo "$program: drivers of XP's time would be stopped in it"; bad=1; }
   system=$($triple-objdump -p "$program" | awk '/MajorSubsystemVersion/ {print $2}')
   [ "$system" = 5 ] || { echo "$program: made for Windows $system"; bad=1; }
 done

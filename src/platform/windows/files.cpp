@@ -94,6 +94,13 @@ bool WindowsFiles::folderExists(std::string_view path) {
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
+std::string WindowsFiles::temporaryFolder() {
+  wchar_t path[MAX_PATH + 1];
+  const DWORD length = GetTempPathW(MAX_PATH + 1, path);
+  if (length <= 1 || length > MAX_PATH) return {};
+  return narrow({path, length - 1}).value_or("");
+}
+
 bool WindowsFiles::createFolder(std::string_view path) {
   return CreateDirectoryW(wide(path).c_str(), nullptr) || failed(trace_, "createFolder", path);
 }

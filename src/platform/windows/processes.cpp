@@ -1,6 +1,7 @@
 // Processes of Windows: CreateProcess, OpenProcess, WaitForSingleObject and CloseHandle.
 #include "platform/windows/processes.h"
 
+#include <functional>
 #include <optional>
 
 #include "platform/command_line.h"
@@ -10,6 +11,11 @@
 namespace tellaxis::platform {
 
 namespace {
+
+constexpr wchar_t compatibilityLayer[] = L"__COMPAT_LAYER";
+#ifndef ERROR_ELEVATION_REQUIRED
+constexpr DWORD ERROR_ELEVATION_REQUIRED = 740;
+#endif
 
 constexpr std::pair<WindowStyle, WORD> showCommands[] = {
     {WindowStyle::hidden, SW_HIDE},
@@ -38,6 +44,20 @@ std::optional<std::wstring> programFile(std::string_view name) {
   return std::wstring(path, length);
 }
 
+/// A program that asks for an administrator's rights is started with those of the user: most drivers ask without need.
+/// Keeps the last error.
+bool startAsInvoker(Trace& trace, std::string_view commandLine, const std::function<bool()>& create) {
+  const DWORD reason = GetLastError();
+  if (reason != ERROR_ELEVATION_REQUIRED) return false;
+  failed(trace, "start", commandLine, "il programma chiede diritti di amministratore: avviato con quelli dell'utente");
+  SetEnvironmentVariableW(compatibilityLayer, L"RunAsInvoker");
+  const bool started = create();
+  const DWORD newReason = GetLastError();
+  SetEnvironmentVariableW(compatibilityLayer, nullptr);
+  SetLastError(newReason);
+  return started;
+}
+
 HANDLE native(ProcessHandle handle) { return reinterpret_cast<HANDLE>(handle); }
 
 }  // namespace
@@ -57,8 +77,11 @@ ProcessId WindowsProcesses::start(std::string_view commandLine, WindowStyle styl
   PROCESS_INFORMATION process = {};
   // A console of its own: the style applies to it, and Ctrl-C in ours does not reach the program. Error boxes as the
   // program expects them, not as we do.
-  if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, CREATE_NEW_CONSOLE | CREATE_DEFAULT_ERROR_MODE,
-                      nullptr, nullptr, &startup, &process)) {
+  const auto create = [&] {
+    return CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, CREATE_NEW_CONSOLE | CREATE_DEFAULT_ERROR_MODE,
+                          nullptr, nullptr, &startup, &process) != FALSE;
+  };
+  if (!create() && !startAsInvoker(trace_, commandLine, create)) {
     failed(trace_, "start", commandLine);
     return 0;
   }

@@ -9,6 +9,7 @@
 #include "platform/console/dialogs.h"
 #include "platform/console/trace.h"
 #include "platform/devices_file.h"
+#include "platform/standard_error.h"
 #include "platform/windows/clock.h"
 #include "platform/windows/files.h"
 #include "platform/windows/ftp_client.h"
@@ -65,6 +66,11 @@ class WindowsSystem : public System {
              .trace = *trace_};
 };
 
+constexpr UINT westernCodePage = 1252;
+/// The settings file is read by the system in its own code page.
+constexpr const char* otherCodePage =
+    "il computer non usa la 1252: le lettere accentate delle impostazioni saranno altre";
+
 /// "C" and "POSIX" are no region: there the program is Italian.
 std::optional<WindowsLocale> localeFor(const std::optional<std::string>& name) {
   if (!name) return WindowsLocale();
@@ -82,6 +88,10 @@ std::variant<std::unique_ptr<System>, SystemError> openSystem(const SystemOption
   const auto devices = file ? readDevicesFile(*file) : DevicesFile{};
   if (const auto* error = std::get_if<DevicesFileError>(&devices)) return SystemError{error->message};
   auto trace = makeTrace(options.trace, options.alsoTold);
+  if (const UINT codePage = GetACP(); codePage != westernCodePage) {
+    trace->failed("tabella dei caratteri", std::to_string(codePage), otherCodePage);
+    writeStandardError("Tellaxis: tabella dei caratteri " + std::to_string(codePage) + ": " + otherCodePage);
+  }
   auto printer = openPrinters(std::get<DevicesFile>(devices), file.value_or(""), options.mainFolder, *trace);
   if (const auto* error = std::get_if<DevicesFileError>(&printer)) return SystemError{error->message};
   return std::make_unique<WindowsSystem>(std::move(trace), std::move(*locale),

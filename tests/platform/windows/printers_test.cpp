@@ -4,6 +4,7 @@
 #include <map>
 
 #include "platform/trace_log.h"
+#include "platform/windows/printing/device_face.h"
 #include "platform/windows/printing/installed_printers.h"
 #include "platform/windows/printing/printer_ports.h"
 
@@ -38,6 +39,40 @@ TEST(WindowsPrinterPorts, PortsThatAskForAFileAreKnownAloneAndInAPool) {
     EXPECT_TRUE(asksForAnswer(port)) << port;
   for (const char* port : {"COM3:", "LPT1:", "USB001", "FILE", "nul:", "", "C:\\FILE:x"})
     EXPECT_FALSE(asksForAnswer(port)) << port;
+}
+
+LOGFONTW fontOf(BYTE characterSet, LONG height) {
+  LOGFONTW font = {};
+  font.lfCharSet = characterSet;
+  font.lfHeight = height;
+  return font;
+}
+
+TEST(WindowsDeviceFace, TheDevicesOwnFontInTheWesternCharacterSetIsTakenWhereverItStands) {
+  const struct {
+    LOGFONTW font;
+    DWORD type;
+  } offered[] = {{fontOf(GREEK_CHARSET, 1), TRUETYPE_FONTTYPE},
+                 {fontOf(OEM_CHARSET, 2), DEVICE_FONTTYPE},
+                 {fontOf(ANSI_CHARSET, 3), TRUETYPE_FONTTYPE},
+                 {fontOf(ANSI_CHARSET, 4), DEVICE_FONTTYPE}};
+  Face face;
+  int goesOn = 1;
+  for (const auto& [font, type] : offered)
+    if (goesOn != 0) goesOn = takeFace(&font, nullptr, type, reinterpret_cast<LPARAM>(&face));
+  EXPECT_EQ(goesOn, 0);
+  EXPECT_TRUE(face.ofDevice);
+  EXPECT_EQ(face.description.lfHeight, 4);
+}
+
+TEST(WindowsDeviceFace, AFontOfTheDeviceInAnotherCharacterSetComesBeforeOneThatIsNot) {
+  Face face;
+  const LOGFONTW symbols = fontOf(SYMBOL_CHARSET, 1);
+  const LOGFONTW western = fontOf(ANSI_CHARSET, 2);
+  takeFace(&symbols, nullptr, DEVICE_FONTTYPE, reinterpret_cast<LPARAM>(&face));
+  takeFace(&western, nullptr, TRUETYPE_FONTTYPE, reinterpret_cast<LPARAM>(&face));
+  EXPECT_TRUE(face.ofDevice);
+  EXPECT_EQ(face.description.lfHeight, 1);
 }
 
 TEST(WindowsPrinters, APrinterThatAsksForAFileIsRefusedWithAReason) {

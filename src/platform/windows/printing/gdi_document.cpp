@@ -9,6 +9,7 @@
 #include <tuple>
 
 #include "platform/windows/kernel/native.h"
+#include "platform/windows/printing/device_face.h"
 #include "platform/windows/printing/pictures.h"
 #include "platform/windows/printing/printer_ports.h"
 
@@ -28,22 +29,6 @@ struct FontCloser {
   void operator()(HFONT font) const { DeleteObject(font); }
 };
 using Font = std::unique_ptr<std::remove_pointer_t<HFONT>, FontCloser>;
-
-/// A face as the driver describes it.
-struct Face {
-  bool found = false;
-  bool ofDevice = false;
-  LOGFONTW description = {};
-};
-
-/// Of several descriptions of a face the device's own one is taken, else the first.
-int CALLBACK takeFace(const LOGFONTW* description, const TEXTMETRICW* /*metrics*/, DWORD type, LPARAM target) {
-  Face& face = *reinterpret_cast<Face*>(target);
-  face.ofDevice = (type & DEVICE_FONTTYPE) != 0;
-  if (!face.found || face.ofDevice) face.description = *description;
-  face.found = true;
-  return face.ofDevice ? 0 : 1;
-}
 
 Face lookUp(HDC context, const std::wstring& name) {
   Face face;
