@@ -2,6 +2,7 @@
 #include "platform/linux/profiles.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 
 #include <cerrno>
 #include <optional>
@@ -23,7 +24,7 @@ using Deadline = std::chrono::steady_clock::time_point;
 constexpr std::chrono::milliseconds waitStep{1};
 
 /// A file that was not changed for this long is not half-written, whoever keeps it open.
-constexpr std::chrono::seconds settled{2};
+constexpr std::chrono::seconds settledAge{2};
 
 constexpr std::string_view lockedReason = "il file \xE8 bloccato da un altro programma";
 constexpr std::string_view openElsewhereReason = "un altro programma sta scrivendo il file";
@@ -40,12 +41,17 @@ bool waitUntil(Deadline deadline) {
 
 bool isSettled(const struct stat& facts) {
   const auto changed = std::chrono::seconds(facts.st_mtim.tv_sec);
-  return std::chrono::system_clock::now().time_since_epoch() - changed > settled;
+  return std::chrono::system_clock::now().time_since_epoch() - changed > settledAge;
 }
 
 /// True while waiting may bring a whole text.
 bool isHeld(const ProfileFile& file) {
   return file.state() == FileState::locked || (file.state() == FileState::openElsewhere && !isSettled(file.facts()));
+}
+
+/// Another owner's file, or one of another computer, that was written a moment ago may be half of what it will be.
+bool maySettle(Settling& settling, const std::string& path, const ProfileFile& file) {
+  return file.writerUnknown() && !isSettled(file.facts()) && !settling.isSettled(path, file.facts());
 }
 
 std::string_view upToNul(std::string_view text) { return text.substr(0, text.find('\0')); }
@@ -116,7 +122,15 @@ Attempt passing(std::string_view reason) { return {Attempt::End::passing, std::s
 
 Attempt failure(int error) { return {Attempt::End::failed, reasonOf(error)}; }
 
-Attempt attempt(const std::string& path, Changes changes) {
+/// What this program wrote itself needs no time to settle.
+void acceptWritten(Settling& settling, const std::string& path, const FolderLock& lock, const std::string& name,
+                   std::size_t size) {
+  struct stat written {};
+  if (::fstatat(lock.folder(), name.c_str(), &written, AT_SYMLINK_NOFOLLOW) != 0) return;
+  if (written.st_size == static_cast<off_t>(size)) settling.accept(path, written);
+}
+
+Attempt attempt(Settling& settling, const std::string& path, Changes changes) {
   const std::optional<std::string> target = linkTarget(path);
   if (!target) return failure(ELOOP);
   const std::size_t folderEnd = target->rfind('/');
@@ -133,11 +147,12 @@ Attempt attempt(const std::string& path, Changes changes) {
     case FileState::absent:
     case FileState::read: break;
   }
+  if (maySettle(settling, path, current)) return passing(changingReason);
   const auto text = changed(current.text(), changes);
   if (!text) return {};
   int error = 0;
   switch (replaceFile(lock, name.c_str(), current, *text, error)) {
-    case Replaced::done: return {};
+    case Replaced::done: acceptWritten(settling, path, lock, name, text->size()); return {};
     case Replaced::changedMeanwhile: return passing(changingReason);
     case Replaced::failed: break;
   }
@@ -150,11 +165,11 @@ bool alreadySaid(const std::string& path, Changes changes) {
   return current.state() == FileState::read && !changed(current.text(), changes);
 }
 
-Attempt store(const std::string& path, Changes changes, std::chrono::milliseconds longestWait) {
+Attempt store(Settling& settling, const std::string& path, Changes changes, std::chrono::milliseconds longestWait) {
   if (alreadySaid(path, changes)) return {};
   const Deadline deadline = std::chrono::steady_clock::now() + longestWait;
   for (;;) {
-    Attempt result = attempt(path, changes);
+    Attempt result = attempt(settling, path, changes);
     if (result.end != Attempt::End::passing || !waitUntil(deadline)) return result;
   }
 }
@@ -181,9 +196,11 @@ std::string LinuxProfiles::read(std::optional<std::string_view> section, std::op
   fallback = withoutTrailingBlanks(upToNul(fallback));
   const std::string path = resolve_(file);
   const Deadline deadline = std::chrono::steady_clock::now() + waits_.read;
+  const Deadline settled = std::chrono::steady_clock::now() + waits_.settle;
   for (;;) {
     const ProfileFile current(AT_FDCWD, path.c_str());
     if (isHeld(current) && waitUntil(deadline)) continue;
+    if (maySettle(settling_, path, current) && waitUntil(settled)) continue;
     if (current.state() == FileState::locked) trace_.failed("lettura INI", file, lockedReason);
     if (current.state() == FileState::failed) trace_.failed("lettura INI", file, reasonOf(current.error()));
     const bool isRead = current.state() == FileState::read || current.state() == FileState::openElsewhere;
@@ -209,7 +226,7 @@ bool LinuxProfiles::write(std::optional<std::string_view> section, std::optional
                              std::optional<std::string>(change.value)});
       return true;
     }
-    result = store(resolve_(file), {&change, 1}, waits_.write);
+    result = store(settling_, resolve_(file), {&change, 1}, waits_.write);
   }
   if (result.end != Attempt::End::done) trace_.failed("scrittura INI", file, result.reason);
   return result.end == Attempt::End::done;
@@ -219,7 +236,7 @@ void LinuxProfiles::endBatch() {
   batching_ = false;
   for (const auto& [path, held] : std::exchange(held_, {})) {
     const auto changes = changesOf(held.writes);
-    const Attempt result = store(path, changes, waits_.write);
+    const Attempt result = store(settling_, path, changes, waits_.write);
     if (result.end != Attempt::End::done) trace_.failed("scrittura INI", held.file, result.reason);
   }
 }

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/linux/files/settling.h"
 #include "platform/profiles.h"
 #include "platform/trace.h"
 
@@ -18,6 +19,9 @@ namespace tellaxis::platform {
 struct ProfileWaits {
   std::chrono::milliseconds read{20};     ///< then the file counts as locked
   std::chrono::milliseconds write{2000};  ///< then the write fails
+  /// How long a read waits for a text to settle of which the system does not tell whether its writer has finished; then
+  /// it is taken as it is.
+  std::chrono::milliseconds settle{600};
 };
 
 /// INI files by the rules of Windows' private-profile operations, byte for byte. A write replaces the file as a whole,
@@ -54,6 +58,7 @@ class LinuxProfiles : public Profiles {
   std::function<std::string(std::string_view)> resolve_;
   Trace& trace_;
   ProfileWaits waits_;
+  Settling settling_;
   bool batching_ = false;
   std::map<std::string, HeldFile> held_;  ///< by native path
 };

@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
 
 #include "platform/linux/kernel/uninterrupted.h"
 
@@ -61,12 +60,10 @@ FileState ProfileFile::open() {
   if (!S_ISREG(facts_.st_mode)) return failure(EINVAL);
   if (facts_.st_size > largestFile) return failure(EFBIG);
   if (lockedElsewhere(file_.number())) return FileState::locked;
-  // The system tells a lease's holder of a waiting writer by a signal; this one does nothing unless it is caught.
-  fcntl(file_.number(), F_SETSIG, SIGURG);
-  leased_ = fcntl(file_.number(), F_SETLEASE, F_RDLCK) == 0;
-  const bool openElsewhere = !leased_ && errno == EAGAIN;
+  hold_ = holdOf(file_);
+  leased_ = hold_ == Hold::free;
   const FileState state = readText();
-  return state == FileState::read && openElsewhere ? FileState::openElsewhere : state;
+  return state == FileState::read && hold_ == Hold::held ? FileState::openElsewhere : state;
 }
 
 FileState ProfileFile::readText() {

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/linux/files/writer_hold.h"
 #include "platform/linux/kernel/descriptor.h"
 
 namespace tellaxis::platform {
@@ -37,6 +38,10 @@ class ProfileFile {
   FileState state() const { return state_; }
   std::string_view text() const { return text_; }
 
+  /// True when the system does not tell whether somebody has the file open for writing: the text may be half of what it
+  /// will be.
+  bool writerUnknown() const { return hold_ == Hold::unknown && state_ == FileState::read; }
+
   /// The system's error number when `failed`.
   int error() const { return error_; }
 
@@ -53,6 +58,7 @@ class ProfileFile {
 
   Descriptor file_;
   int error_ = 0;
+  Hold hold_ = Hold::free;
   bool leased_ = false;
   struct stat facts_ = {};
   std::array<char, 16384> buffer_;

@@ -87,6 +87,32 @@ class SharedProfile : public IniFolder {
   LinuxProfiles patient_{asGiven, trace_};
 };
 
+TEST_F(SharedProfile, KeepsTheKeysThatAnotherOwnerIsStillWriting) {
+  if (::geteuid() != 0) GTEST_SKIP() << "needs a second user";
+  std::string keys = "[A]\r\n";
+  for (int i = 0; i < 32; ++i) keys += "k" + std::to_string(i) + "=v\r\n";
+  put(keys);
+  ASSERT_EQ(::chmod(file_.c_str(), 0666), 0);
+  ASSERT_EQ(::chmod((folder_ / "").c_str(), 0777), 0);
+  Signal truncated;
+  Child pointOfSale([&] {
+    const int file = ::open(file_.c_str(), O_WRONLY | O_TRUNC);
+    truncated.give();
+    ::usleep(400'000);
+    EXPECT_EQ(::write(file, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
+    ::close(file);
+  });
+  truncated.await();
+  ASSERT_EQ(::seteuid(65534), 0);
+  const std::string read = patient_.read("A", "k31", "DEF", 255, file_);
+  const bool written = patient_.write("A", "new", "w", file_);
+  ASSERT_EQ(::seteuid(0), 0);
+  EXPECT_TRUE(pointOfSale.finish());
+  EXPECT_EQ(read, "v");
+  EXPECT_TRUE(written);
+  EXPECT_EQ(content(), keys + "new=w\r\n");
+}
+
 void lockByFcntl(int file) {
   struct flock lock = {};
   lock.l_type = F_WRLCK;
