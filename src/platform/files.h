@@ -33,6 +33,7 @@ struct FileIdentity {
 
 /// Paths are formed by plain concatenation ("C:\MERIDIA" and "\_Local.ini"). Names match as the computer's file system
 /// matches them on Windows: without regard to case. A folder is never a file here, and hidden files are not seen.
+/// A writer holds a file for as long as it has it open for writing.
 class Files {
  public:
   virtual ~Files() = default;
@@ -54,18 +55,22 @@ class Files {
   /// Creates one folder; its parent must exist.
   virtual bool createFolder(std::string_view path) = 0;
 
-  /// The bare names of the files of `folder` (not its sub-folders), sorted by name without regard to case; nothing when
-  /// the folder cannot be read. A file that its writer still holds is left out: it could not be moved, and comes with a
-  /// later look.
-  virtual std::optional<std::vector<std::string>> list(std::string_view folder) = 0;
+  /// The bare names of the files of `folder` (not its sub-folders) that can be read and moved to the folder `target`,
+  /// where a file of the same name is deleted first; sorted by name without regard to case. Nothing when one of the
+  /// folders cannot be read. Left out, and found by a later look, are: a file that its writer still holds; one that
+  /// cannot be opened, taken away or put there; one that could not be moved, until it or its folders have changed; of
+  /// names that differ in case alone all but the first; links to files.
+  virtual std::optional<std::vector<std::string>> list(std::string_view folder, std::string_view target) = 0;
 
-  /// Copies a file over `to`, whole or not at all: a reader of `to` never meets a half-written file.
+  /// Copies a file, which must not be held by a writer, over `to`, whole or not at all: a reader of `to` never meets a
+  /// half-written file. Only a file that may be written into, but not replaced, is written into as it stands.
   virtual bool copy(std::string_view from, std::string_view to) = 0;
 
   /// Renames `from`, which must not be held by a writer, to `to`, which must not exist.
   virtual bool move(std::string_view from, std::string_view to) = 0;
 
-  /// Deletes one file. A missing file is a failure.
+  /// Deletes one file, which must not be held by a writer. A missing file is a failure. A file that `openInput` or
+  /// `copy` could not read when they were last asked for it is not deleted unread: the call fails.
   virtual bool remove(std::string_view path) = 0;
 
   /// Whether `remove` could delete the file, as far as can be seen without trying: its folder takes changes, and nobody
@@ -79,7 +84,7 @@ class Files {
   /// Deletes an empty folder.
   virtual bool removeFolder(std::string_view path) = 0;
 
-  /// Opens a file for reading; null on a failure.
+  /// Opens a file, which must not be held by a writer, for reading; null on a failure.
   virtual std::unique_ptr<InputFile> openInput(std::string_view path) = 0;
 
   /// Appends `text` to a file, creating it where it is missing (its folder must exist), and closes it.

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "text/letter_case.h"
+
 namespace tellaxis::fake {
 
 namespace {
@@ -82,13 +84,26 @@ bool Files::createFolder(std::string_view path) {
   return folders_.insert(withoutBackslash(path)).second;
 }
 
-std::optional<std::vector<std::string>> Files::list(std::string_view folder) {
+std::optional<std::vector<std::string>> Files::list(std::string_view folder, std::string_view target) {
   if (!journal_.record("list " + std::string(folder))) return std::nullopt;
-  return namesIn(folder);
+  std::vector<std::string> names = namesIn(folder);
+  std::erase_if(names, [&](const std::string& name) {
+    const std::string replaced = withoutBackslash(target) + "\\" + name;
+    return isFixed(withoutBackslash(folder) + "\\" + name) || (has(replaced) && isFixed(replaced));
+  });
+  std::ranges::sort(names, lessIgnoringCase);
+  return names;
+}
+
+bool Files::canRead(std::string_view path, bool stepSucceeds) {
+  if (!has(path)) return false;
+  const bool given = stepSucceeds && !held_.contains(lower(path));
+  readings_.note(lower(path), given ? platform::Readings::Outcome::given : platform::Readings::Outcome::refused);
+  return given;
 }
 
 bool Files::copy(std::string_view from, std::string_view to) {
-  if (!journal_.record("copy " + std::string(from) + " -> " + std::string(to)) || !has(from)) return false;
+  if (!journal_.record("copy " + std::string(from) + " -> " + std::string(to)) || !canRead(from, true)) return false;
   put(to, text(from));
   return true;
 }
@@ -103,6 +118,7 @@ bool Files::move(std::string_view from, std::string_view to) {
 
 bool Files::remove(std::string_view path) {
   if (!journal_.record("remove " + std::string(path)) || !has(path) || isInUse(path)) return false;
+  if (readings_.take(lower(path)) == platform::Readings::Outcome::refused) return false;
   if (protected_.contains(lower(path))) return false;
   erase(path);
   return true;
@@ -124,7 +140,7 @@ bool Files::removeFolder(std::string_view path) {
 }
 
 std::unique_ptr<platform::InputFile> Files::openInput(std::string_view path) {
-  if (!journal_.record("openInput " + std::string(path)) || !has(path)) return nullptr;
+  if (!canRead(path, journal_.record("openInput " + std::string(path)))) return nullptr;
   return std::make_unique<InputText>(journal_, open_, std::string(path), text(path));
 }
 

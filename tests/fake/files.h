@@ -8,6 +8,7 @@
 #include "fake/journal.h"
 #include "fake/names.h"
 #include "platform/files.h"
+#include "platform/readings.h"
 
 namespace tellaxis::fake {
 
@@ -22,7 +23,7 @@ class Files : public platform::Files {
   std::string text(std::string_view path) const;
   void addFolder(std::string_view path) { folders_.insert(lower(path)); }
   bool hasFolder(std::string_view path) const { return folders_.contains(lower(path)); }
-  /// A file that its writer still has open: it cannot be moved or deleted.
+  /// A file that its writer still has open: it cannot be listed, read, moved or deleted.
   void hold(std::string_view path) { held_.insert(lower(path)); }
   void release(std::string_view path) { held_.erase(lower(path)); }
   /// A file that nobody may delete.
@@ -39,7 +40,7 @@ class Files : public platform::Files {
   bool folderExists(std::string_view path) override;
   std::string temporaryFolder() override { return userTemporaryFolder; }
   bool createFolder(std::string_view path) override;
-  std::optional<std::vector<std::string>> list(std::string_view folder) override;
+  std::optional<std::vector<std::string>> list(std::string_view folder, std::string_view target) override;
   bool copy(std::string_view from, std::string_view to) override;
   bool move(std::string_view from, std::string_view to) override;
   bool remove(std::string_view path) override;
@@ -57,6 +58,9 @@ class Files : public platform::Files {
     std::uint64_t number = 0;  ///< another one whenever the file is put there or written
   };
 
+  /// Whether a file is there to be read; one that could not be read is not deleted unread.
+  bool canRead(std::string_view path, bool stepSucceeds);
+  bool isFixed(std::string_view path) const { return isInUse(path) || protected_.contains(lower(path)); }
   bool isInUse(std::string_view path) const { return held_.contains(lower(path)) || isOpen(path); }
   /// Bare names of the files of a folder, sorted.
   std::vector<std::string> namesIn(std::string_view folder) const;
@@ -66,6 +70,7 @@ class Files : public platform::Files {
   std::set<std::string> folders_;
   std::set<std::string> held_;
   std::set<std::string> protected_;
+  platform::Readings readings_;
   std::multiset<std::string> open_;
   std::uint64_t lastNumber_ = 0;
 };

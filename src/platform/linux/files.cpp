@@ -7,19 +7,40 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <csignal>
+#include <thread>
 #include <utility>
 
 #include "platform/linux/files/file_name.h"
 #include "platform/linux/files/file_status.h"
+#include "platform/linux/files/finished_file.h"
 #include "platform/linux/files/folder.h"
-#include "platform/linux/files/transfer.h"
+#include "platform/linux/files/movable_files.h"
+#include "platform/linux/files/new_file.h"
+#include "platform/linux/files/replacement.h"
+#include "platform/linux/files/writer_hold.h"
 #include "platform/linux/kernel/reason.h"
+#include "platform/linux/kernel/uninterrupted.h"
+#include "platform/linux/kernel/write_all.h"
 #include "text/letter_case.h"
 
 namespace tellaxis::platform {
 
 namespace {
+
+using std::chrono::milliseconds;
+
+/// What is copied or moved is waited for where the system does not tell whether its writer has finished; what is looked
+/// at on every tick is not.
+constexpr milliseconds patienceWithSource{1000};
+constexpr milliseconds noPatience{0};
+
+/// A file that was not read, a driver's answer as a rule, is about to be closed.
+constexpr milliseconds patienceWithRemoved{200};
+
+constexpr std::size_t mostRemembered = 1000;
+
+constexpr std::string_view unwritableName = "il nome non si scrive nella tabella codici 1252, o contiene \\";
+constexpr std::string_view nameTwice = "il nome differisce da un altro solo per le maiuscole";
 
 bool isHidden(std::string_view name) { return name.starts_with('.'); }
 
@@ -43,39 +64,9 @@ bool statusOf(const Paths& paths, std::string& native, struct stat& status) {
   return onWhatExists(paths, native, [&](const std::string& path) { return ::stat(path.c_str(), &status) == 0; });
 }
 
-Descriptor openExisting(const Paths& paths, std::string& native) {
-  return onWhatExists(paths, native, [](const std::string& path) { return openRegularFile(path); });
-}
-
-/// Asks for a lease, which the system grants only while nobody has the file open for writing. Where it gives no leases
-/// (another owner's file, a network file system) nobody is known to hold the file. Closing the file ends the lease.
-bool isHeldByWriter(const Descriptor& file) {
-  // Should somebody open the file for writing during these microseconds, the notice must not end this program.
-  ::fcntl(file.number(), F_SETSIG, SIGURG);
-  return ::fcntl(file.number(), F_SETLEASE, F_RDLCK) != 0 && errno == EAGAIN;
-}
-
-bool isHeldByWriter(const Descriptor& folder, const char* name) {
-  const Descriptor file(::openat(folder.number(), name, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-  // Somebody who shares the file over the network may have it to himself for as long as he wants.
-  return file ? isHeldByWriter(file) : errno == EWOULDBLOCK;
-}
-
 bool failWith(int error) {
   errno = error;
   return false;
-}
-
-bool moveFile(const Paths& paths, std::string from, std::string to) {
-  const Descriptor opened = openExisting(paths, from);
-  if (!opened && errno != EACCES) return false;
-  if (opened && isHeldByWriter(opened)) return failWith(ETXTBSY);
-  Spelling target = paths.otherSpelling(to);
-  if (target.exists && target.path != from) return failWith(EEXIST);
-  target.path.replace(target.path.size() - lastName(target.path).size(), std::string::npos, lastName(to));
-  to = std::move(target.path);
-  if (renameWithoutReplacing(from, to)) return true;
-  return errno == EXDEV && opened && carryOver(opened, from, to);
 }
 
 bool isFolder(const Descriptor& parent, const char* name) {
@@ -84,11 +75,20 @@ bool isFolder(const Descriptor& parent, const char* name) {
 }
 
 bool isListed(const Descriptor& folder, const dirent64& entry) {
-  if (isHidden(entry.d_name) || entry.d_type == DT_DIR) return false;
-  if (entry.d_type == DT_REG) return true;
-  if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) return false;
+  if (isHidden(entry.d_name)) return false;
+  if (entry.d_type != DT_UNKNOWN) return entry.d_type == DT_REG;
   struct stat status {};
-  return ::fstatat(folder.number(), entry.d_name, &status, 0) == 0 && S_ISREG(status.st_mode);
+  return ::fstatat(folder.number(), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(status.st_mode);
+}
+
+/// Waits a moment for whoever has the file open for writing.
+bool isReleased(const Descriptor& file, milliseconds patience) {
+  const auto deadline = std::chrono::steady_clock::now() + patience;
+  while (holdOf(file) == Hold::held) {
+    if (std::chrono::steady_clock::now() >= deadline) return false;
+    std::this_thread::sleep_for(milliseconds(5));
+  }
+  return true;
 }
 
 class LinuxInputFile : public InputFile {
@@ -97,13 +97,10 @@ class LinuxInputFile : public InputFile {
       : file_(std::move(file)), path_(std::move(path)), trace_(trace) {}
 
   std::optional<std::size_t> read(std::span<char> buffer) override {
-    for (;;) {
-      const ssize_t got = ::read(file_.number(), buffer.data(), buffer.size());
-      if (got >= 0) return static_cast<std::size_t>(got);
-      if (errno == EINTR) continue;
-      trace_.failed("read", path_, reasonOf(errno));
-      return std::nullopt;
-    }
+    const ssize_t got = untilUninterrupted([&] { return ::read(file_.number(), buffer.data(), buffer.size()); });
+    if (got >= 0) return static_cast<std::size_t>(got);
+    trace_.failed("read", path_, reasonOf(errno));
+    return std::nullopt;
   }
 
  private:
@@ -140,49 +137,140 @@ bool LinuxFiles::createFolder(std::string_view path) {
   return note("createFolder", path, ::mkdir(native->c_str(), 0777) == 0);
 }
 
-std::optional<std::vector<std::string>> LinuxFiles::list(std::string_view folder) {
+std::optional<std::vector<std::string>> LinuxFiles::list(std::string_view folder, std::string_view target) {
   auto native = paths_.spelled(folder);
+  auto nativeTarget = paths_.spelled(target);
   const Descriptor opened = native ? onWhatExists(paths_, *native, openFolder) : Descriptor();
   if (!opened) {
     noteWith("list", folder, native ? errno : ENOENT);
     return std::nullopt;
   }
-  std::vector<std::string> names;
-  const bool read = readFolder(opened, [&](const dirent64& entry) {
-    if (!isListed(opened, entry) || isHeldByWriter(opened, entry.d_name)) return;
-    if (auto name = textOfName(entry.d_name))
-      names.push_back(std::move(*name));
-    else
-      noteUnreadableName(folder, entry.d_name);
-  });
+  const Descriptor openedTarget = nativeTarget ? onWhatExists(paths_, *nativeTarget, openFolder) : Descriptor();
+  if (!openedTarget) {
+    noteWith("list", target, nativeTarget ? errno : ENOENT);
+    return std::nullopt;
+  }
+  if (!native->ends_with('/')) *native += '/';
+  bool read = true;
+  auto names = movableOf(folder, opened, *native, openedTarget, read);
   if (!note("list", folder, read)) return std::nullopt;
-  std::sort(names.begin(), names.end(), lessIgnoringCase);
   return names;
 }
 
+/// The names in `folder` that `list` gives; `read` becomes false, with `errno`, when that could not be found out.
+std::vector<std::string> LinuxFiles::movableOf(std::string_view shown, const Descriptor& folder,
+                                               const std::string& native, const Descriptor& target, bool& read) {
+  std::vector<std::pair<std::string, std::string>> found;  // the name's text, the name on the disk
+  read = readFolder(folder, [&](const dirent64& entry) {
+    if (!isListed(folder, entry)) return;
+    auto text = textOfName(entry.d_name);
+    if (text && text->find('\\') == std::string::npos)
+      found.emplace_back(std::move(*text), entry.d_name);
+    else
+      noteOnce(shown, entry.d_name, std::string(unwritableName));
+  });
+  if (!read || found.empty()) return {};
+  if (!enoughDescriptors()) {
+    read = failWith(EMFILE);
+    return {};
+  }
+  std::sort(found.begin(), found.end(), [](const auto& left, const auto& right) {
+    return left.first == right.first ? left.second < right.second : lessIgnoringCase(left.first, right.first);
+  });
+  MovableFiles movable(folder, target);
+  std::vector<std::string> names;
+  for (auto& [text, name] : found) {
+    if (!names.empty() && equalIgnoringCase(names.back(), text)) {
+      noteOnce(shown, text, std::string(nameTwice));
+      continue;
+    }
+    const Descriptor file = openRegularFile(folder.number(), name.c_str());
+    int reason = file ? whyUnfinished(settling_, file, native + name) : errno;
+    if (reason == ETXTBSY || reason == EINPROGRESS || reason == ENOENT) continue;
+    if (reason == 0) reason = movable.whyNone();
+    if (reason == 0) reason = movable.whyNot(file, text);
+    if (reason != 0)
+      noteOnce(shown, text, reasonOf(reason));
+    else if (!failedMoves_.isStuck(native + name, file, folder, target))
+      names.push_back(std::move(text));
+  }
+  return names;
+}
+
+/// Opens the file at `path` for its content; `native` becomes the path that it was found at.
+Descriptor LinuxFiles::openFile(std::string_view path, std::string& native, milliseconds patience) {
+  const auto spelled = paths_.spelled(path);
+  if (!spelled) {
+    errno = ENOENT;
+    return {};
+  }
+  native = *spelled;
+  return onWhatExists(paths_, native, [&](const std::string& file) { return openFinished(settling_, file, patience); });
+}
+
+/// The same, remembering for `remove` how it ended.
+Descriptor LinuxFiles::openForContent(std::string_view path, std::string& native, milliseconds patience) {
+  Descriptor file = openFile(path, native, patience);
+  if (!file && nothingThere()) return file;
+  const int error = errno;
+  readings_.note(path, file ? Readings::Outcome::given : Readings::Outcome::refused);
+  errno = error;
+  return file;
+}
+
 bool LinuxFiles::copy(std::string_view from, std::string_view to) {
-  auto source = paths_.spelled(from);
+  std::string source;
   const auto target = paths_.spelled(to);
-  if (!source || !target) return noteWith("copy", source ? to : from, ENOENT);
-  const Descriptor opened = openExisting(paths_, *source);
+  if (!target) return noteWith("copy", to, ENOENT);
+  const Descriptor opened = openForContent(from, source, patienceWithSource);
   if (!opened) return noteWith("copy", from, errno);
-  return note("copy", to, replaceContent(paths_, *target, Permissions::usual, [&](const Descriptor& file) {
+  return note("copy", to, replaceContent(paths_, *target, {.orInPlace = true}, [&](const Descriptor& file) {
                 return copyAll(opened, file);
               }));
 }
 
 bool LinuxFiles::move(std::string_view from, std::string_view to) {
-  auto source = paths_.spelled(from);
-  auto target = paths_.spelled(to);
-  if (!source || !target) return noteWith("move", from, ENOENT);
-  return note("move", from, moveFile(paths_, std::move(*source), std::move(*target)));
+  const auto target = paths_.spelled(to);
+  return note("move", from, target ? moveFile(std::string(from), *target) : failWith(ENOENT));
+}
+
+bool LinuxFiles::moveFile(std::string path, std::string to) {
+  std::string from;
+  const Descriptor opened = openFile(path, from, patienceWithSource);
+  if (!opened) return false;
+  Spelling target = paths_.otherSpelling(to);
+  if (target.exists && target.path != from) return failWith(EEXIST);
+  to = target.path.substr(0, folderLength(target.path)) + std::string(lastName(to));
+  bool moved = renameWithoutReplacing(from, to);
+  if (!moved && errno == EXDEV) moved = carryOver(opened, from, to);
+  const int error = errno;
+  struct stat status {};
+  // Of what this program itself brought there nobody else is the writer, whatever the system there can tell of that.
+  if (moved && ::lstat(to.c_str(), &status) == 0) settling_.accept(to, status);
+  if (moved)
+    settling_.forget(from);
+  else
+    failedMoves_.add(from);
+  errno = error;
+  return moved;
 }
 
 bool LinuxFiles::remove(std::string_view path) {
   auto native = paths_.spelled(path);
   if (!native) return noteWith("remove", path, ENOENT);
-  return note("remove", path,
-              onWhatExists(paths_, *native, [](const std::string& file) { return ::unlink(file.c_str()) == 0; }));
+  return note("remove", path, removeFile(*native, readings_.take(path)));
+}
+
+/// What was refused to its reader is not deleted unread, though its writer may have finished since.
+bool LinuxFiles::removeFile(std::string native, Readings::Outcome reading) {
+  if (reading == Readings::Outcome::refused) return failWith(ECANCELED);
+  const Descriptor file =
+      onWhatExists(paths_, native, [](const std::string& path) { return openRegularFile(AT_FDCWD, path.c_str()); });
+  if (!file && (nothingThere() || errno == ETXTBSY || errno == EMFILE || errno == ENFILE)) return false;
+  if (file && !isReleased(file, reading == Readings::Outcome::none ? patienceWithRemoved : noPatience))
+    return failWith(ETXTBSY);
+  settling_.forget(native);
+  return ::unlink(native.c_str()) == 0;
 }
 
 bool LinuxFiles::canRemove(std::string_view path) {
@@ -216,10 +304,10 @@ bool LinuxFiles::removeFolder(std::string_view path) {
 }
 
 std::unique_ptr<InputFile> LinuxFiles::openInput(std::string_view path) {
-  auto native = paths_.spelled(path);
-  Descriptor opened = native ? openExisting(paths_, *native) : Descriptor();
+  std::string native;
+  Descriptor opened = openForContent(path, native, noPatience);
   if (!opened) {
-    noteWith("openInput", path, native ? errno : ENOENT);
+    noteWith("openInput", path, errno);
     return nullptr;
   }
   return std::make_unique<LinuxInputFile>(std::move(opened), std::string(path), trace_);
@@ -228,7 +316,7 @@ std::unique_ptr<InputFile> LinuxFiles::openInput(std::string_view path) {
 bool LinuxFiles::append(std::string_view path, std::string_view text) {
   auto native = paths_.spelled(path);
   if (!native) return noteWith("append", path, ENOENT);
-  constexpr int flags = O_WRONLY | O_APPEND | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+  constexpr int flags = O_WRONLY | O_APPEND | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW | O_CLOEXEC;
   Descriptor file(::open(native->c_str(), flags));
   if (!file && nothingThere()) {
     native = paths_.otherSpelling(*native).path;
@@ -240,9 +328,9 @@ bool LinuxFiles::append(std::string_view path, std::string_view text) {
 bool LinuxFiles::create(std::string_view path, std::string_view text, bool ownerOnly) {
   const auto native = paths_.spelled(path);
   if (!native) return noteWith("create", path, ENOENT);
-  return note("create", path,
-              replaceContent(paths_, *native, ownerOnly ? Permissions::ownerAlone : Permissions::usual,
-                             [&](const Descriptor& file) { return writeAll(file, text); }));
+  return note("create", path, replaceContent(paths_, *native, {.ownerAlone = ownerOnly}, [&](const Descriptor& file) {
+                return writeAll(file, text);
+              }));
 }
 
 /// The native path of the visible file at `path`, spelled as on the disk.
@@ -263,9 +351,14 @@ bool LinuxFiles::noteWith(std::string_view operation, std::string_view subject, 
   return false;
 }
 
-void LinuxFiles::noteUnreadableName(std::string_view folder, std::string_view name) {
-  if (unreadableNames_.size() < 100 && unreadableNames_.insert(std::string(folder) + '\\' + std::string(name)).second)
-    trace_.failed("list", folder, "un nome di file non si scrive nella tabella codici 1252: " + std::string(name));
+/// Says why a file is not listed, and no more until the reason is another one.
+void LinuxFiles::noteOnce(std::string_view folder, std::string_view name, std::string reason) {
+  if (noted_.size() >= mostRemembered) noted_.clear();
+  std::string& noted = noted_[std::string(folder) + '\\' + std::string(name)];
+  if (noted == reason) return;
+  noted = std::move(reason);
+  trace_.failed("list", std::string(folder) + std::string(folder.ends_with('\\') ? "" : "\\") + std::string(name),
+                noted);
 }
 
 }  // namespace tellaxis::platform

@@ -1,16 +1,21 @@
 // Files: the file system of Linux.
 #pragma once
 
-#include <set>
+#include <map>
+#include <optional>
 
 #include "platform/files.h"
+#include "platform/linux/files/failed_moves.h"
 #include "platform/linux/files/paths.h"
+#include "platform/linux/files/settling.h"
+#include "platform/readings.h"
 #include "platform/trace.h"
 
 namespace tellaxis::platform {
 
-/// Files are regular files and links to such; a name that begins with a dot is hidden. A file that another process has
-/// open for writing is held. Nothing here waits for anybody: pipes and devices in a file's place neither.
+/// Files are regular files; a name that begins with a dot is hidden. A link to a file exists, but is not listed, read
+/// or written through. A file that another process has open for writing is held; where the system does not tell, a file
+/// counts as held until it has settled.
 class LinuxFiles : public Files {
  public:
   LinuxFiles(const Paths& paths, Trace& trace) : paths_(paths), trace_(trace) {}
@@ -20,7 +25,7 @@ class LinuxFiles : public Files {
   std::optional<FileIdentity> identity(std::string_view path) override;
   bool folderExists(std::string_view path) override;
   bool createFolder(std::string_view path) override;
-  std::optional<std::vector<std::string>> list(std::string_view folder) override;
+  std::optional<std::vector<std::string>> list(std::string_view folder, std::string_view target) override;
   bool copy(std::string_view from, std::string_view to) override;
   bool move(std::string_view from, std::string_view to) override;
   bool remove(std::string_view path) override;
@@ -33,13 +38,22 @@ class LinuxFiles : public Files {
 
  private:
   std::optional<std::string> fileAt(std::string_view path) const;
+  Descriptor openFile(std::string_view path, std::string& native, std::chrono::milliseconds patience);
+  Descriptor openForContent(std::string_view path, std::string& native, std::chrono::milliseconds patience);
+  bool moveFile(std::string from, std::string to);
+  bool removeFile(std::string native, Readings::Outcome reading);
+  std::vector<std::string> movableOf(std::string_view shown, const Descriptor& folder, const std::string& native,
+                                     const Descriptor& target, bool& read);
   bool noteWith(std::string_view operation, std::string_view subject, int error);
   bool note(std::string_view operation, std::string_view subject, bool succeeded);
-  void noteUnreadableName(std::string_view folder, std::string_view name);
+  void noteOnce(std::string_view folder, std::string_view name, std::string reason);
 
   const Paths& paths_;
   Trace& trace_;
-  std::set<std::string, std::less<>> unreadableNames_;
+  Settling settling_;
+  FailedMoves failedMoves_;
+  Readings readings_;
+  std::map<std::string, std::string, std::less<>> noted_;  ///< why a file is not listed
 };
 
 }  // namespace tellaxis::platform

@@ -1,6 +1,7 @@
 // FTP clients of Linux: local files, and what failed.
 #include "platform/linux/ftp_client.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -9,10 +10,13 @@
 #include <string>
 #include <utility>
 
-#include "platform/linux/files/transfer.h"
+#include "platform/linux/files/finished_file.h"
+#include "platform/linux/files/replacement.h"
 #include "platform/linux/ftp/ftp_library.h"
 #include "platform/linux/kernel/loaded_library.h"
 #include "platform/linux/kernel/reason.h"
+#include "platform/linux/kernel/uninterrupted.h"
+#include "platform/linux/kernel/write_all.h"
 
 namespace tellaxis::platform {
 
@@ -58,7 +62,7 @@ class LinuxFtpClient : public FtpClient {
     if (!overwrite && ::stat(local->c_str(), &status) == 0) return reasonOf(EEXIST);
     Failure failure;
     int error = 0;
-    const bool replaced = replaceContent(paths_, *local, Permissions::usual, [&](const Descriptor& file) {
+    const bool replaced = replaceContent(paths_, *local, {}, [&](const Descriptor& file) {
       failure = session_->get(request, [&](std::string_view bytes) {
         const bool written = writeAll(file, bytes);
         if (!written) error = errno;
@@ -74,12 +78,12 @@ class LinuxFtpClient : public FtpClient {
   Failure put(const FtpRequest& request, const std::optional<std::string>& local) {
     if (request.remoteFile.empty()) return "manca il nome del file remoto";
     if (!local) return noLocalName;
-    const Descriptor file = openRegularFile(*local);
+    const Descriptor file = openRegularFile(AT_FDCWD, local->c_str(), LastLink::followed);
     struct stat status {};
     if (!file || ::fstat(file.number(), &status) != 0) return reasonOf(errno);
     int error = 0;
     const auto give = [&](std::span<char> buffer) -> std::optional<std::size_t> {
-      const ssize_t got = ::read(file.number(), buffer.data(), buffer.size());
+      const ssize_t got = untilUninterrupted([&] { return ::read(file.number(), buffer.data(), buffer.size()); });
       if (got >= 0) return static_cast<std::size_t>(got);
       error = errno;
       return std::nullopt;

@@ -65,6 +65,32 @@ std::optional<std::wstring> copyAside(const std::wstring& source, const std::wst
   return std::nullopt;
 }
 
+/// Opens a file for its content, remembering how that ended for the day when it is to be deleted.
+UniqueHandle openForContent(Readings& readings, std::string_view path) {
+  const std::wstring name = wide(path);
+  UniqueHandle file;
+  Patience().tryAgain([&] { return (file = openWithoutWriters(name)) != nullptr; });
+  const DWORD reason = GetLastError();
+  if (file)
+    readings.note(path, Readings::Outcome::given);
+  else if (reason != ERROR_FILE_NOT_FOUND && reason != ERROR_PATH_NOT_FOUND)
+    readings.note(path, Readings::Outcome::refused);
+  SetLastError(reason);
+  return file;
+}
+
+bool isThere(const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
+
+bool canBeDeleted(const std::wstring& path) {
+  return owned(CreateFileW(path.c_str(), DELETE, anySharing, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)) !=
+         nullptr;
+}
+
+constexpr std::string_view unreadReason = "non \xE8 stato letto, e perci\xF2 resta";
+
+/// The folder takes no new file, or the target, which another program holds, no other in its place.
+bool isForbidden(DWORD reason) { return reason == ERROR_ACCESS_DENIED || reason == ERROR_SHARING_VIOLATION; }
+
 }  // namespace
 
 bool WindowsFiles::exists(std::string_view path) { return findFile(wide(path)).has_value(); }
@@ -105,17 +131,23 @@ bool WindowsFiles::createFolder(std::string_view path) {
   return CreateDirectoryW(wide(path).c_str(), nullptr) || failed(trace_, "createFolder", path);
 }
 
-std::optional<std::vector<std::string>> WindowsFiles::list(std::string_view folder) {
+std::optional<std::vector<std::string>> WindowsFiles::list(std::string_view folder, std::string_view target) {
   auto found = filesOf(wide(folder));
   if (!found) {
     failed(trace_, "list", folder);
     return std::nullopt;
   }
   sortWithoutRegardToCase(*found);
-  const std::wstring prefix = wide(folder) + L'\\';
+  const std::wstring from = wide(folder) + L'\\';
+  const std::wstring to = wide(target) + L'\\';
   std::vector<std::string> names;
   for (const std::wstring& name : *found) {
-    if (isHeld(prefix + name)) continue;
+    if (isHeld(from + name)) continue;
+    if (!openWithoutWriters(from + name)) {
+      failed(trace_, "list", narrowForReading(name));
+      continue;
+    }
+    if (isThere(to + name) && !canBeDeleted(to + name)) continue;
     if (auto narrowName = narrow(name))
       names.push_back(std::move(*narrowName));
     else
@@ -125,14 +157,12 @@ std::optional<std::vector<std::string>> WindowsFiles::list(std::string_view fold
 }
 
 bool WindowsFiles::copy(std::string_view from, std::string_view to) {
-  const std::wstring source = wide(from);
+  const UniqueHandle source = openForContent(readings_, from);
+  if (!source) return failed(trace_, "copy", from);
   const std::wstring target = wide(to);
-  const auto temporary = copyAside(source, target);
-  if (!temporary) {
-    const DWORD reason = GetLastError();
-    return failed(trace_, "copy", findFile(source) ? to : from, systemReason(reason));
-  }
-  return replaceFile(*temporary, target) || failed(trace_, "copy", to);
+  const auto temporary = copyAside(wide(from), target);
+  if (temporary && replaceFile(*temporary, target)) return true;
+  return (isForbidden(GetLastError()) && overwrite(source.get(), target)) || failed(trace_, "copy", to);
 }
 
 bool WindowsFiles::move(std::string_view from, std::string_view to) {
@@ -147,9 +177,14 @@ bool WindowsFiles::move(std::string_view from, std::string_view to) {
 }
 
 bool WindowsFiles::remove(std::string_view path) {
+  if (readings_.take(path) == Readings::Outcome::refused) return failed(trace_, "remove", path, unreadReason);
   const std::wstring name = wide(path);
+  const auto step = [&] {
+    // Who writes may allow that the file is deleted meanwhile; what he writes would be lost.
+    return (openWithoutWriters(name) || GetLastError() != ERROR_SHARING_VIOLATION) && removeFile(name);
+  };
   // A folder is refused in the same words as a file that somebody holds.
-  const bool removed = folderExists(path) ? removeFile(name) : Patience().tryAgain([&] { return removeFile(name); });
+  const bool removed = folderExists(path) ? removeFile(name) : Patience().tryAgain(step);
   return removed || failed(trace_, "remove", path);
 }
 
@@ -179,8 +214,7 @@ bool WindowsFiles::removeFolder(std::string_view path) {
 }
 
 std::unique_ptr<InputFile> WindowsFiles::openInput(std::string_view path) {
-  UniqueHandle handle = owned(CreateFileW(wide(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                          OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+  UniqueHandle handle = openForContent(readings_, path);
   if (handle) return std::make_unique<OpenFile>(std::move(handle), std::string(path), trace_);
   failed(trace_, "openInput", path);
   return nullptr;

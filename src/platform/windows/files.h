@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/files.h"
+#include "platform/readings.h"
 #include "platform/trace.h"
 
 namespace tellaxis::platform {
@@ -16,7 +17,7 @@ class WindowsFiles : public Files {
   bool folderExists(std::string_view path) override;
   std::string temporaryFolder() override;
   bool createFolder(std::string_view path) override;
-  std::optional<std::vector<std::string>> list(std::string_view folder) override;
+  std::optional<std::vector<std::string>> list(std::string_view folder, std::string_view target) override;
   bool copy(std::string_view from, std::string_view to) override;
   bool move(std::string_view from, std::string_view to) override;
   bool remove(std::string_view path) override;
@@ -29,6 +30,7 @@ class WindowsFiles : public Files {
 
  private:
   Trace& trace_;
+  Readings readings_;
 };
 
 }  // namespace tellaxis::platform

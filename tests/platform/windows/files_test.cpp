@@ -23,6 +23,7 @@ using testing::Optional;
 
 struct WindowsFilesTest : testing::Test {
   test::TemporaryFolder folder;
+  test::TemporaryFolder work;
   test::TraceLog trace;
   WindowsFiles files{trace};
 
@@ -37,6 +38,9 @@ struct WindowsFilesTest : testing::Test {
     return owned(CreateFileW(folder.path(name).c_str(), access, sharing, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL,
                              nullptr));
   }
+
+  /// What could be moved to another folder.
+  auto listed() { return files.list((folder / "").substr(0, (folder / "").size() - 1), work / ""); }
 
   std::string readThrough(const std::string& path) {
     const auto file = files.openInput(path);
@@ -103,7 +107,7 @@ TEST_F(WindowsFilesTest, AProtectedFileAndOneInAnothersHandsCannotBeRemoved) {
 TEST_F(WindowsFilesTest, NamesAreInCodePage1252WhateverTheMachinesOwnIs) {
   ASSERT_TRUE(files.create((folder / "") + "perch\xE9 \x80 5.txt", "x", false));
   EXPECT_TRUE(std::filesystem::exists(folder.path("") / L"perch\u00E9 \u20AC 5.txt"));
-  EXPECT_THAT(files.list(folder / ""), Optional(ElementsAre("perch\xE9 \x80 5.txt")));
+  EXPECT_THAT(listed(), Optional(ElementsAre("perch\xE9 \x80 5.txt")));
 }
 
 TEST_F(WindowsFilesTest, AListHasTheVisibleFilesByNameWithoutRegardToCase) {
@@ -111,16 +115,15 @@ TEST_F(WindowsFilesTest, AListHasTheVisibleFilesByNameWithoutRegardToCase) {
     ASSERT_TRUE(files.create((folder / "") + name, "x", false));
   std::filesystem::create_directories(folder.path("aa"));
   hide("nascosto.txt");
-  EXPECT_THAT(files.list((folder / "").substr(0, (folder / "").size() - 1)),
-              Optional(ElementsAre("A.txt", "b.txt", "c.txt", "\xE0.txt")));
-  EXPECT_EQ(files.list(folder / "manca"), std::nullopt);
+  EXPECT_THAT(listed(), Optional(ElementsAre("A.txt", "b.txt", "c.txt", "\xE0.txt")));
+  EXPECT_EQ(files.list(folder / "manca", folder / ""), std::nullopt);
   EXPECT_EQ(trace.lines.size(), 1U);
 }
 
 TEST_F(WindowsFilesTest, ANameOutsideTheCodePageIsToldAndLeftOut) {
   folder.write("a.txt", "x");
   std::ofstream(folder.path("") / L"\u4E00.txt") << "x";
-  EXPECT_THAT(files.list(folder / ""), Optional(ElementsAre("a.txt")));
+  EXPECT_THAT(listed(), Optional(ElementsAre("a.txt")));
   EXPECT_EQ(trace.lines.size(), 1U);
 }
 
@@ -171,11 +174,11 @@ TEST_F(WindowsFilesTest, AFileStillBeingWrittenIsNeitherListedNorMoved) {
        {0UL, DWORD{FILE_SHARE_READ}, DWORD{FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE}}) {
     const auto writer = hold("da.txt", GENERIC_WRITE, sharing);
     ASSERT_TRUE(writer);
-    EXPECT_THAT(files.list(folder / ""), Optional(IsEmpty())) << sharing;
+    EXPECT_THAT(listed(), Optional(IsEmpty())) << sharing;
     EXPECT_FALSE(files.move(folder / "da.txt", folder / "a.txt")) << sharing;
   }
   EXPECT_EQ(trace.lines.size(), 3U);
-  EXPECT_THAT(files.list(folder / ""), Optional(ElementsAre("da.txt")));
+  EXPECT_THAT(listed(), Optional(ElementsAre("da.txt")));
   EXPECT_TRUE(files.move(folder / "da.txt", folder / "a.txt"));
 }
 
@@ -212,11 +215,11 @@ TEST_F(WindowsFilesTest, WhatCouldNotBeDeletedAtTheMomentIsNotListed) {
   folder.write("a.txt", "x");
   {
     const auto scanner = hold("a.txt", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
-    EXPECT_THAT(files.list(folder / ""), Optional(IsEmpty()));
+    EXPECT_THAT(listed(), Optional(IsEmpty()));
   }
   {
     const auto reader = hold("a.txt", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE);
-    EXPECT_THAT(files.list(folder / ""), Optional(ElementsAre("a.txt")));
+    EXPECT_THAT(listed(), Optional(ElementsAre("a.txt")));
   }
 }
 
@@ -262,6 +265,56 @@ TEST_F(WindowsFilesTest, WhoWatchesAFolderSeesACopyAppearAsANewFile) {
   const auto& first = *reinterpret_cast<const FILE_NOTIFY_INFORMATION*>(buffer);
   EXPECT_EQ(first.Action, DWORD{FILE_ACTION_ADDED});
   EXPECT_EQ(std::wstring(first.FileName, first.FileNameLength / sizeof(wchar_t)), L"a.txt");
+}
+
+TEST_F(WindowsFilesTest, AFileStillBeingWrittenIsNeitherReadNorCopiedNorRemoved) {
+  folder.write("rf.txt", "RR uno");
+  for (const DWORD sharing :
+       {0UL, DWORD{FILE_SHARE_READ}, DWORD{FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE}}) {
+    const auto writer = hold("rf.txt", GENERIC_WRITE, sharing);
+    ASSERT_TRUE(writer);
+    EXPECT_EQ(files.openInput(folder / "rf.txt"), nullptr) << sharing;
+    EXPECT_FALSE(files.copy(folder / "rf.txt", folder / "a.txt")) << sharing;
+    EXPECT_FALSE(files.remove(folder / "rf.txt")) << sharing;
+    EXPECT_FALSE(files.remove(folder / "rf.txt")) << sharing;
+  }
+  EXPECT_THAT(folder.names(), ElementsAre("rf.txt"));
+  EXPECT_EQ(readThrough(folder / "rf.txt"), "RR uno");
+  EXPECT_TRUE(files.remove(folder / "rf.txt"));
+}
+
+TEST_F(WindowsFilesTest, WhatCouldNotBeReadIsNotRemovedUnreadThoughItsWriterHasFinished) {
+  folder.write("rf.txt", "RR uno");
+  {
+    const auto writer = hold("rf.txt", GENERIC_WRITE, FILE_SHARE_READ);
+    EXPECT_EQ(files.openInput(folder / "rf.txt"), nullptr);
+  }
+  EXPECT_FALSE(files.remove(folder / "rf.txt"));
+  EXPECT_EQ(readThrough(folder / "rf.txt"), "RR uno");
+  EXPECT_TRUE(files.remove(folder / "rf.txt"));
+}
+
+TEST_F(WindowsFilesTest, AJobWhoseOlderNamesakeCannotBeRemovedIsNotListed) {
+  folder.write("a.txt", "nuovo");
+  work.write("a.txt", "vecchio");
+  {
+    const auto reader = owned(CreateFileW(work.path("a.txt").c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                          OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    EXPECT_THAT(listed(), Optional(IsEmpty()));
+  }
+  EXPECT_THAT(listed(), Optional(ElementsAre("a.txt")));
+}
+
+TEST_F(WindowsFilesTest, ATargetThatMayBeWrittenIntoButNotReplacedIsWrittenInto) {
+  folder.write("da.txt", "nuovo");
+  folder.write("a.txt", "molto vecchio");
+  {
+    const auto driver = hold("a.txt", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
+    ASSERT_TRUE(driver);
+    EXPECT_TRUE(files.copy(folder / "da.txt", folder / "a.txt"));
+  }
+  EXPECT_EQ(folder.read("a.txt"), "nuovo");
+  EXPECT_THAT(folder.names(), ElementsAre("a.txt", "da.txt"));
 }
 
 TEST_F(WindowsFilesTest, OneFileIsRemovedAndAMissingOneIsAFailure) {

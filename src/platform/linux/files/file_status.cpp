@@ -2,9 +2,12 @@
 #include "platform/linux/files/file_status.h"
 
 #include <fcntl.h>
+#include <linux/capability.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 
 #include "platform/linux/files/file_name.h"
@@ -17,13 +20,12 @@ constexpr std::int64_t nanoseconds = 1'000'000'000;
 
 bool mayWrite(const char* path, int access) { return ::faccessat(AT_FDCWD, path, access, AT_EACCESS) == 0; }
 
-/// In a sticky folder an entry is taken out only by its owner, the folder's owner, or root.
-bool stickinessAllows(const struct stat& folder, const struct stat& file) {
-  if ((folder.st_mode & S_ISVTX) == 0) return true;
-  const uid_t user = ::geteuid();
-  if (user == 0 || user == folder.st_uid || user == file.st_uid) return true;
-  errno = EPERM;
-  return false;
+/// True when this process may do what only a file's owner may.
+bool isOwnerOfAll() {
+  __user_cap_header_struct header{.version = _LINUX_CAPABILITY_VERSION_3, .pid = 0};
+  std::array<__user_cap_data_struct, _LINUX_CAPABILITY_U32S_3> sets{};
+  if (::syscall(SYS_capget, &header, sets.data()) != 0) return ::geteuid() == 0;
+  return (sets[0].effective & CAP_TO_MASK(CAP_FOWNER)) != 0;
 }
 
 }  // namespace
@@ -35,6 +37,13 @@ std::optional<FileIdentity> identityOf(const std::string& native) {
                       .file = status.st_ino,
                       .size = static_cast<std::uint64_t>(status.st_size),
                       .time = status.st_mtim.tv_sec * nanoseconds + status.st_mtim.tv_nsec};
+}
+
+bool stickinessAllows(const struct stat& folder, const struct stat& file) {
+  const uid_t user = ::geteuid();
+  if ((folder.st_mode & S_ISVTX) == 0 || user == folder.st_uid || user == file.st_uid || isOwnerOfAll()) return true;
+  errno = EPERM;
+  return false;
 }
 
 bool canBeRemoved(const std::string& native) {

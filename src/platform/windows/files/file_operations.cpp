@@ -1,6 +1,7 @@
 // File operations: finding, replacing and protecting files.
 #include "platform/windows/files/file_operations.h"
 
+#include <array>
 #include <atomic>
 
 #include "platform/windows/kernel/native.h"
@@ -158,6 +159,20 @@ bool replaceFile(const std::wstring& temporary, const std::wstring& target) {
 bool writeAll(HANDLE file, std::string_view text) {
   DWORD written = 0;
   return WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr) && written == text.size();
+}
+
+bool overwrite(HANDLE from, const std::wstring& target) {
+  const UniqueHandle file =
+      owned(CreateFileW(target.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                        OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (!file || !SetEndOfFile(file.get())) return false;
+  std::array<char, 16 * 1024> buffer;
+  for (;;) {
+    DWORD got = 0;
+    if (!ReadFile(from, buffer.data(), static_cast<DWORD>(buffer.size()), &got, nullptr)) return false;
+    if (got == 0) return true;
+    if (!writeAll(file.get(), {buffer.data(), got})) return false;
+  }
 }
 
 bool createWith(const std::wstring& path, std::string_view text, bool ownerOnly) {

@@ -48,6 +48,9 @@ bool replaceFile(const std::wstring& temporary, const std::wstring& target);
 
 bool writeAll(HANDLE file, std::string_view text);
 
+/// Makes the content of `from` that of a file which stays where it is, though others may have it open.
+bool overwrite(HANDLE from, const std::wstring& target);
+
 /// Makes a new file, readable by the present user alone when `ownerOnly`; on a failure there is none.
 bool createWith(const std::wstring& path, std::string_view text, bool ownerOnly);
 

@@ -1,0 +1,42 @@
+// Failed moves: the facts of a file and of its two folders.
+#include "platform/linux/files/failed_moves.h"
+
+namespace tellaxis::platform {
+
+namespace {
+
+constexpr std::size_t mostFailed = 1000;
+
+bool same(const timespec& one, const timespec& other) {
+  return one.tv_sec == other.tv_sec && one.tv_nsec == other.tv_nsec;
+}
+
+}  // namespace
+
+bool FailedMoves::Facts::operator==(const Facts& other) const {
+  return inode == other.inode && size == other.size && same(written, other.written) && same(changed, other.changed);
+}
+
+FailedMoves::Facts FailedMoves::factsOf(const Descriptor& opened) {
+  struct stat status {};
+  if (::fstat(opened.number(), &status) != 0) return {};
+  return {.inode = status.st_ino, .size = status.st_size, .written = status.st_mtim, .changed = status.st_ctim};
+}
+
+void FailedMoves::add(const std::string& path) {
+  if (failed_.size() >= mostFailed) failed_.clear();
+  failed_.insert_or_assign(path, std::nullopt);
+}
+
+bool FailedMoves::isStuck(const std::string& path, const Descriptor& file, const Descriptor& folder,
+                          const Descriptor& target) {
+  const auto found = failed_.find(path);
+  if (found == failed_.end()) return false;
+  const State present = {factsOf(file), factsOf(folder), factsOf(target)};
+  if (!found->second) found->second = present;
+  if (*found->second == present) return true;
+  failed_.erase(found);
+  return false;
+}
+
+}  // namespace tellaxis::platform

@@ -1,0 +1,90 @@
+// Movable files: permissions, sticky folders, room, and what has the name already.
+#include "platform/linux/files/movable_files.h"
+
+#include <fcntl.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+
+#include "platform/linux/files/file_name.h"
+#include "platform/linux/files/file_status.h"
+#include "platform/linux/files/finished_file.h"
+#include "platform/linux/files/folder.h"
+#include "platform/linux/files/writer_hold.h"
+#include "text/letter_case.h"
+
+namespace tellaxis::platform {
+
+namespace {
+
+/// What a job with its driver, its printer and its serial line takes at most, with something to spare.
+constexpr std::size_t descriptorsOfJob = 16;
+
+int whyUnchangeable(const Descriptor& folder, struct stat& status) {
+  if (::fstat(folder.number(), &status) != 0) return errno;
+  return ::faccessat(folder.number(), ".", W_OK | X_OK, AT_EACCESS) == 0 ? 0 : errno;
+}
+
+}  // namespace
+
+int MovableFiles::whyNone() {
+  if (!asked_) none_ = ask();
+  asked_ = true;
+  return none_;
+}
+
+int MovableFiles::ask() {
+  if (const int reason = whyUnchangeable(from_, fromStatus_); reason != 0) return reason;
+  if (const int reason = whyUnchangeable(to_, toStatus_); reason != 0) return reason;
+  const bool read = readFolder(to_, [&](const dirent64& entry) {
+    if (entry.d_name[0] == '.') return;
+    if (const auto text = textOfName(entry.d_name)) waiting_[upperCase(*text)].emplace_back(entry.d_name);
+  });
+  return read ? 0 : errno;
+}
+
+int MovableFiles::whyNot(const Descriptor& file, std::string_view text) {
+  struct stat status {};
+  if (::fstat(file.number(), &status) != 0) return errno;
+  if (!stickinessAllows(fromStatus_, status)) return EPERM;
+  if (const int reason = whyNotReplaced(text); reason != 0) return reason;
+  return whyNoRoom(status);
+}
+
+/// Why the file that has this name there could not be deleted.
+int MovableFiles::whyNotReplaced(std::string_view text) {
+  const auto found = waiting_.find(upperCase(text));
+  if (found == waiting_.end()) return 0;
+  if (found->second.size() > 1) return EEXIST;
+  const char* name = found->second.front().c_str();
+  struct stat status {};
+  if (::fstatat(to_.number(), name, &status, AT_SYMLINK_NOFOLLOW) != 0) return errno == ENOENT ? 0 : errno;
+  if (!S_ISREG(status.st_mode)) return EEXIST;
+  if (!stickinessAllows(toStatus_, status)) return EPERM;
+  const Descriptor older = openRegularFile(to_.number(), name);
+  if (!older) return errno == EACCES || errno == ENOENT ? 0 : errno;
+  return holdOf(older) == Hold::held ? ETXTBSY : 0;
+}
+
+int MovableFiles::whyNoRoom(const struct stat& file) {
+  if (fromStatus_.st_dev == toStatus_.st_dev) return 0;
+  struct statvfs there {};
+  if (::fstatvfs(to_.number(), &there) != 0) return errno;
+  const std::uint64_t block = there.f_frsize;
+  needed_ += (static_cast<std::uint64_t>(file.st_size) / block + 1) * block;
+  if (there.f_blocks != 0 && needed_ > there.f_bavail * block) return ENOSPC;
+  return there.f_files != 0 && there.f_favail == 0 ? ENOSPC : 0;
+}
+
+bool enoughDescriptors() {
+  std::array<Descriptor, descriptorsOfJob> spare;
+  for (Descriptor& descriptor : spare) {
+    descriptor = Descriptor(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 0));
+    if (!descriptor) return errno != EMFILE && errno != ENFILE;
+  }
+  return true;
+}
+
+}  // namespace tellaxis::platform

@@ -1,0 +1,47 @@
+// Movable files: which files of a folder can be read and moved to another one, found out without moving them.
+#pragma once
+
+#include <sys/stat.h>
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/linux/kernel/descriptor.h"
+
+namespace tellaxis::platform {
+
+/// One look at a folder and at the one that its files are to be moved to. What the folders allow is asked at the first
+/// file only. Reasons are the system's error numbers; 0 is none.
+class MovableFiles {
+ public:
+  MovableFiles(const Descriptor& from, const Descriptor& to) : from_(from), to_(to) {}
+
+  /// Why no file at all could be moved.
+  int whyNone();
+
+  /// Why an open file could not be moved there under the name `text`, in code page 1252, where a file of that name is
+  /// deleted first.
+  int whyNot(const Descriptor& file, std::string_view text);
+
+ private:
+  int ask();
+  int whyNoRoom(const struct stat& file);
+  int whyNotReplaced(std::string_view text);
+
+  const Descriptor& from_;
+  const Descriptor& to_;
+  bool asked_ = false;
+  int none_ = 0;
+  struct stat fromStatus_ {};
+  struct stat toStatus_ {};
+  std::uint64_t needed_ = 0;  ///< bytes of the files that change the file system
+  std::map<std::string, std::vector<std::string>, std::less<>> waiting_;  ///< names there, by their upper-case texts
+};
+
+/// True when a job could be carried out with the descriptors that this process may still open.
+bool enoughDescriptors();
+
+}  // namespace tellaxis::platform

@@ -1,0 +1,20 @@
+// Writer hold: whether somebody still has a file open for writing.
+#pragma once
+
+#include "platform/linux/kernel/descriptor.h"
+
+namespace tellaxis::platform {
+
+enum class Hold {
+  free,    ///< nobody has the file open for writing; who tries to waits until this descriptor is closed
+  held,    ///< somebody has
+  unknown  ///< the system does not tell: another owner's file, or a file system of another computer
+};
+
+/// Asks about a file that is open for reading.
+Hold holdOf(const Descriptor& file);
+
+/// True for the type number, as the system states it, of a file system whose files other computers write unseen.
+bool isNetworkFileSystem(long type);
+
+}  // namespace tellaxis::platform
