@@ -70,7 +70,7 @@ void endWithBackslash(std::string& folder) {
 JobList moveAll(const Bridge& bridge, const std::string& dropFolder, const std::string& workFolder) {
   platform::Files& files = bridge.host.files;
   JobList jobs;
-  for (const std::string& name : files.list(dropFolder, workFolder).value_or(std::vector<std::string>())) {
+  for (const std::string& name : files.listMovable(dropFolder, workFolder).value_or(std::vector<std::string>())) {
     if (bridge.options.keepWaiting && jobs.isFull()) break;
     if (!isWhole(bridge, dropFolder + name)) continue;
     const std::string workFile = workFolder + name;

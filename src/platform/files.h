@@ -55,12 +55,16 @@ class Files {
   /// Creates one folder; its parent must exist.
   virtual bool createFolder(std::string_view path) = 0;
 
+  /// The bare names of the files of `folder` (not its sub-folders), sorted by name without regard to case; nothing when
+  /// it cannot be read.
+  virtual std::optional<std::vector<std::string>> list(std::string_view folder) = 0;
+
   /// The bare names of the files of `folder` (not its sub-folders) that can be read and moved to the folder `target`,
   /// where a file of the same name is deleted first; sorted by name without regard to case. Nothing when one of the
   /// folders cannot be read. Left out, and found by a later look, are: a file that its writer still holds; one that
   /// cannot be opened, taken away or put there; one that could not be moved, until it or its folders have changed; of
   /// names that differ in case alone all but the first; links to files.
-  virtual std::optional<std::vector<std::string>> list(std::string_view folder, std::string_view target) = 0;
+  virtual std::optional<std::vector<std::string>> listMovable(std::string_view folder, std::string_view target) = 0;
 
   /// Copies a file, which must not be held by a writer, over `to`, whole or not at all: a reader of `to` never meets a
   /// half-written file. Only a file that may be written into, but not replaced, is written into as it stands.

@@ -84,7 +84,14 @@ bool Files::createFolder(std::string_view path) {
   return folders_.insert(withoutBackslash(path)).second;
 }
 
-std::optional<std::vector<std::string>> Files::list(std::string_view folder, std::string_view target) {
+std::optional<std::vector<std::string>> Files::list(std::string_view folder) {
+  if (!journal_.record("list " + std::string(folder))) return std::nullopt;
+  std::vector<std::string> names = namesIn(folder);
+  std::ranges::sort(names, lessIgnoringCase);
+  return names;
+}
+
+std::optional<std::vector<std::string>> Files::listMovable(std::string_view folder, std::string_view target) {
   if (!journal_.record("list " + std::string(folder))) return std::nullopt;
   std::vector<std::string> names = namesIn(folder);
   std::erase_if(names, [&](const std::string& name) {

@@ -137,7 +137,23 @@ bool LinuxFiles::createFolder(std::string_view path) {
   return note("createFolder", path, ::mkdir(native->c_str(), 0777) == 0);
 }
 
-std::optional<std::vector<std::string>> LinuxFiles::list(std::string_view folder, std::string_view target) {
+std::optional<std::vector<std::string>> LinuxFiles::list(std::string_view folder) {
+  auto native = paths_.spelled(folder);
+  const Descriptor opened = native ? onWhatExists(paths_, *native, openFolder) : Descriptor();
+  std::vector<std::string> names;
+  const bool read = opened && readFolder(opened, [&](const dirent64& entry) {
+                      auto text = textOfName(entry.d_name);
+                      if (text && isListed(opened, entry)) names.push_back(std::move(*text));
+                    });
+  if (!read) {
+    noteWith("list", folder, native ? errno : ENOENT);
+    return std::nullopt;
+  }
+  std::sort(names.begin(), names.end(), lessIgnoringCase);
+  return names;
+}
+
+std::optional<std::vector<std::string>> LinuxFiles::listMovable(std::string_view folder, std::string_view target) {
   auto native = paths_.spelled(folder);
   auto nativeTarget = paths_.spelled(target);
   const Descriptor opened = native ? onWhatExists(paths_, *native, openFolder) : Descriptor();

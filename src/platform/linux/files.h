@@ -25,7 +25,8 @@ class LinuxFiles : public Files {
   std::optional<FileIdentity> identity(std::string_view path) override;
   bool folderExists(std::string_view path) override;
   bool createFolder(std::string_view path) override;
-  std::optional<std::vector<std::string>> list(std::string_view folder, std::string_view target) override;
+  std::optional<std::vector<std::string>> list(std::string_view folder) override;
+  std::optional<std::vector<std::string>> listMovable(std::string_view folder, std::string_view target) override;
   bool copy(std::string_view from, std::string_view to) override;
   bool move(std::string_view from, std::string_view to) override;
   bool remove(std::string_view path) override;

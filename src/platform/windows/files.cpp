@@ -131,7 +131,20 @@ bool WindowsFiles::createFolder(std::string_view path) {
   return CreateDirectoryW(wide(path).c_str(), nullptr) || failed(trace_, "createFolder", path);
 }
 
-std::optional<std::vector<std::string>> WindowsFiles::list(std::string_view folder, std::string_view target) {
+std::optional<std::vector<std::string>> WindowsFiles::list(std::string_view folder) {
+  auto found = filesOf(wide(folder));
+  if (!found) {
+    failed(trace_, "list", folder);
+    return std::nullopt;
+  }
+  sortWithoutRegardToCase(*found);
+  std::vector<std::string> names;
+  for (const std::wstring& name : *found)
+    if (auto narrowName = narrow(name)) names.push_back(std::move(*narrowName));
+  return names;
+}
+
+std::optional<std::vector<std::string>> WindowsFiles::listMovable(std::string_view folder, std::string_view target) {
   auto found = filesOf(wide(folder));
   if (!found) {
     failed(trace_, "list", folder);

@@ -40,7 +40,7 @@ struct WindowsFilesTest : testing::Test {
   }
 
   /// What could be moved to another folder.
-  auto listed() { return files.list((folder / "").substr(0, (folder / "").size() - 1), work / ""); }
+  auto listed() { return files.listMovable((folder / "").substr(0, (folder / "").size() - 1), work / ""); }
 
   std::string readThrough(const std::string& path) {
     const auto file = files.openInput(path);
@@ -116,7 +116,7 @@ TEST_F(WindowsFilesTest, AListHasTheVisibleFilesByNameWithoutRegardToCase) {
   std::filesystem::create_directories(folder.path("aa"));
   hide("nascosto.txt");
   EXPECT_THAT(listed(), Optional(ElementsAre("A.txt", "b.txt", "c.txt", "\xE0.txt")));
-  EXPECT_EQ(files.list(folder / "manca", folder / ""), std::nullopt);
+  EXPECT_EQ(files.listMovable(folder / "manca", folder / ""), std::nullopt);
   EXPECT_EQ(trace.lines.size(), 1U);
 }
 

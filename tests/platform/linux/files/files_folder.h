@@ -56,7 +56,7 @@ struct LinuxFilesTest : testing::Test {
     return status.st_mode & 07777;
   }
   /// What could be moved to D:, which is another folder.
-  auto listed() { return files.list("C:\\", "D:\\"); }
+  auto listed() { return files.listMovable("C:\\", "D:\\"); }
   void makeOpenToAll(const test::TemporaryFolder& opened, mode_t more = 0) {
     ASSERT_EQ(::chmod((opened / "").c_str(), 0777 | more), 0);
   }

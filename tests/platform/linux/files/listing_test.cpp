@@ -43,8 +43,8 @@ TEST_F(List, ANameThatIsNoUtf8CanBeUsedAsItIsListed) {
 }
 
 TEST_F(List, OfAFolderThatIsNotThereIsNothing) {
-  EXPECT_EQ(files.list("C:\\none", "D:\\"), std::nullopt);
-  EXPECT_EQ(files.list("", "D:\\"), std::nullopt);
+  EXPECT_EQ(files.listMovable("C:\\none", "D:\\"), std::nullopt);
+  EXPECT_EQ(files.listMovable("", "D:\\"), std::nullopt);
   EXPECT_THAT(trace.lines, SizeIs(2));
 }
 
