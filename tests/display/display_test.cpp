@@ -216,7 +216,7 @@ TEST(LanciaFileDisplay, TriesToOpenAMissingPortAgainForEveryJob) {
 
 TEST(LanciaFileDisplay, SendsAFileThatCannotBeDeletedAgain) {
   Desk desk("ASEM");
-  desk.computer.files.hold(jobFile);
+  desk.computer.files.protect(jobFile);
   desk.show("uno");
   LanciaFileDisplay(desk.bridge);
   EXPECT_THAT(desk.writes(), ElementsAre("\033QAuno\r", "\033QAuno\r"));

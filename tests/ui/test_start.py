@@ -28,7 +28,7 @@ class Start(unittest.TestCase):
     def test_arguments_are_those_of_the_program_without_a_window(self):
         self.assertIn("--main-folder", self.run_program("--help").stdout)
         self.assertRegex(self.run_program("--version").stdout, r"^Tellaxis \d")
-        for words in (["--interval", "presto"], ["ftp"], ["--mai"]):
+        for words in (["--interval", "presto"], ["stampa"], ["--mai"]):
             ended = self.run_program(*words)
             self.assertEqual(ended.returncode, 2, words)
             self.assertIn(words[0], ended.stderr)

@@ -2,7 +2,9 @@
 #include <sys/resource.h>
 
 #include <cerrno>
+#include <chrono>
 #include <csignal>
+#include <filesystem>
 #include <functional>
 
 #include "platform/linux/kernel/reason.h"
@@ -165,6 +167,8 @@ TEST_F(Profile, LeavesAFileThatIsReadOnly) {
 TEST_F(Profile, ServesAFileOfAnotherUserOfItsGroup) {
   put("[A]\r\nk=v\r\n");
   ASSERT_EQ(chmod(file_.c_str(), 0666), 0);
+  // Nobody has written to it for a while.
+  std::filesystem::last_write_time(file_, std::filesystem::file_time_type::clock::now() - std::chrono::hours(1));
   withoutPrivileges(folder_ / "", [&] { EXPECT_TRUE(set("A", "k", "w")); });
   EXPECT_EQ(get("A", "k"), "w");
   EXPECT_EQ(facts().st_mode & 07777, 0666u);
