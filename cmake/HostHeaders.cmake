@@ -1,4 +1,4 @@
-# HostHeaders: header-only libraries as targets header::asio, header::cli11, header::tomlplusplus and
+# HostHeaders: header-only libraries as targets header::cli11, header::tomlplusplus and
 # header::json. A cross build gets each of them by a link of its own: /usr/include itself is never on its path.
 function(tellaxis_header_library name header)
   cmake_parse_arguments(ARG "" "" "ENTRIES;DEFINITIONS" ${ARGN})
@@ -24,7 +24,6 @@ function(tellaxis_header_library name header)
   endif()
 endfunction()
 
-tellaxis_header_library(asio asio.hpp ENTRIES asio asio.hpp DEFINITIONS ASIO_STANDALONE ASIO_NO_DEPRECATED)
 tellaxis_header_library(cli11 CLI/CLI.hpp ENTRIES CLI)
 tellaxis_header_library(tomlplusplus toml++/toml.h ENTRIES toml++)
 tellaxis_header_library(json nlohmann/json.hpp ENTRIES nlohmann)

@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <exception>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -71,6 +72,9 @@ void say(const CommandResult& result) { std::fputs(result.text.c_str(), result.s
 
 /// Beside a copy that stays, or without one.
 int carryOut(const CommandLine& line, const std::string& mainFolder) {
+  // A transfer that is asked to stop says in the settings file that it is over.
+  std::optional<platform::StopRequest> stop;
+  if (line.command == Command::ftp) stop.emplace();
   auto opened = platform::openSystem(line.system);
   if (const auto* error = std::get_if<platform::SystemError>(&opened)) return complain(error->message, statusUnusable);
   return runOnce(*std::get<std::unique_ptr<platform::System>>(opened), line, mainFolder, say);

@@ -1,6 +1,7 @@
 // Dial-up: the batch file and its run.
 #include "connect/dial_up.h"
 
+#include <optional>
 #include <string>
 
 #include "connect/batch_file.h"
@@ -25,17 +26,20 @@ std::string batchFilePath(const std::string& programFolder) {
 
 /// Writes the line, which holds a password, into a file that is its owner's alone, and returns where it is: in the
 /// user's folder for passing things where it cannot be at `batchFile` (a drive's root is closed to ordinary users).
-std::string writeBatchFile(Bridge& bridge, const std::string& batchFile, const std::string& line) {
+/// Nothing where it could not be written anew: a file that is there already is somebody else's.
+std::optional<std::string> writeBatchFile(Bridge& bridge, const std::string& batchFile, const std::string& line) {
   platform::Files& files = bridge.host.files;
   if (files.create(batchFile, line + "\r\n", true)) return batchFile;
   const std::string folder = files.temporaryFolder();
-  if (folder.empty()) return batchFile;
+  if (folder.empty()) return std::nullopt;
   const std::string elsewhere = folder + batchFile.substr(batchFile.find_last_of('\\'));
-  return files.create(elsewhere, line + "\r\n", true) ? elsewhere : batchFile;
+  if (!files.create(elsewhere, line + "\r\n", true)) return std::nullopt;
+  return elsewhere;
 }
 
 void run(Bridge& bridge, const std::string& batchFile, const std::string& line, platform::WindowStyle windowStyle) {
-  EseguiEAttendi(bridge, commandFor(writeBatchFile(bridge, batchFile, line)), windowStyle);
+  if (const auto written = writeBatchFile(bridge, batchFile, line))
+    EseguiEAttendi(bridge, commandFor(*written), windowStyle);
 }
 
 }  // namespace

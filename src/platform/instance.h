@@ -12,7 +12,8 @@ class InstanceLock {
   virtual ~InstanceLock() = default;
 };
 
-/// The lock of `mainFolder`, or null when another copy holds it. A copy that died without a word holds nothing.
+/// The lock of `mainFolder`, or null when another copy holds it or it cannot be known that none does, as in a folder
+/// that this user may not write. A copy that died without a word holds nothing.
 std::unique_ptr<InstanceLock> lockMainFolder(std::string_view mainFolder);
 
 /// Asks the copy that holds the lock of `mainFolder` to end, as Ctrl-C would. To be asked once: a second request may

@@ -9,11 +9,15 @@
 namespace tellaxis::platform {
 
 /// The words after the program's name on its command line, in UTF-8 whatever the system passes on. To be
-/// called first: from here on a console shows what the program prints as UTF-8, and the system shows no error boxes.
+/// called first: from here on a console shows what the program prints as UTF-8, and the system shows no error boxes;
+/// new files are for this user and the group alone, where the system asks the program for that.
 std::vector<std::string> programArguments(int count, char** words);
 
 /// Native path of the folder that holds this program, without a trailing separator.
 std::string programFolder();
+
+/// True once somebody asked to stop; false as long as no StopRequest was made.
+bool stopWasAsked();
 
 /// Requests to end: SIGINT and SIGTERM, Ctrl-C, the console's close, the end of the user's session (which waits a few
 /// seconds for this object's end). From construction on they only set a mark;

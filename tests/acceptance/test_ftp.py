@@ -5,7 +5,7 @@ import time
 import unittest
 
 from ftp_servers import PASSWORD, USER, HangingUpServer, PlainServer, SilentServer, TlsServer
-from harness import ON_WINDOWS, Program, Scenario
+from harness import ON_WINDOWS, Program, Scenario, wait_for
 
 UPLOAD = 1
 DOWNLOAD = 2
@@ -133,6 +133,15 @@ class Transfers(FtpScenario):
         self.nothing_left_over("chiusura.txt")
 
     @unittest.skipIf(ON_WINDOWS, "the system's own limits hold there")
+    def test_a_stop_ends_the_transfer_and_says_so(self):
+        self.request(self.serve(SilentServer()), DOWNLOAD)
+        program = self.desk.launch(*self.desk.arguments(), "ftp")
+        wait_for(lambda: self.desk.read_settings().get("FTP_Finish") == "In Corso", "the transfer under way")
+        self.assertEqual(program.stop(), 1)
+        settings = self.desk.read_settings()
+        self.assertEqual((settings["FTP_Finish"], settings["FTP_Esito"]), ("Finito", "0"))
+        self.nothing_left_over()
+
     def test_a_server_that_never_answers_is_given_up_after_15_seconds(self):
         server = self.serve(SilentServer())
         self.request(server, DOWNLOAD)

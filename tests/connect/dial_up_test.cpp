@@ -88,6 +88,13 @@ TEST(Connessione, AConnectWhoseClientFailsIsTrueAllTheSame) {
   EXPECT_EQ(desk.deeds().back(), "start C:\\TellaxisDial.bat style 6");
 }
 
+TEST(Connessione, ABatchFileThatCouldNotBeWrittenAnewIsNotRun) {
+  Desk desk;
+  desk.computer.journal.failCall(6);  // the creation
+  EXPECT_EQ(Connessione(desk.bridge, 1), -1);
+  EXPECT_THAT(desk.computer.journal.callsThatBegin("start"), IsEmpty());
+}
+
 TEST(Connessione, WithoutAnOldBatchFileNothingIsDeleted) {
   Desk desk;
   desk.computer.files.erase(batchFile);
@@ -141,6 +148,7 @@ TEST(Connessione, GoesOnPastEveryFailingStep) {
         .instead = {"read [Varie] Ind_Pw of C:\\Tellaxis\\_Tellaxis.ini"}},
        {.call = "read [Varie] Ind_Pw of C:\\Tellaxis\\_Tellaxis.ini", .dropped = 7},
        {.call = "exists C:\\TellaxisDial.bat", .dropped = 1},
+       {.call = "create owner-only C:\\TellaxisDial.bat rasdial Provider mario segreto\r\n", .dropped = 4},
        {.call = start, .dropped = 3},
        {.call = "open 42", .dropped = 2, .instead = {"wait 0", "close 0"}}});
 }

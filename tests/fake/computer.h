@@ -34,11 +34,11 @@ struct Computer {
   Profiles profiles{journal};
   Clock clock{journal};
   Processes processes{journal, trace};
-  SerialPorts serialPorts{journal};
+  SerialPorts serialPorts{journal, trace};
   PrinterObject Printer{journal};
   Dialogs dialogs{journal};
   Tray tray{journal};
-  FtpClients ftpClients{journal};
+  FtpClients ftpClients{journal, trace};
   Locale locale;
   Trace trace;
   platform::Host host{profiles, files, clock,      processes, serialPorts, Printer,

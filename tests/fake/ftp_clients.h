@@ -4,13 +4,15 @@
 #include <string>
 
 #include "fake/journal.h"
+#include "platform/ftp_address.h"
 #include "platform/ftp_client.h"
+#include "platform/trace.h"
 
 namespace tellaxis::fake {
 
 class FtpClients : public platform::FtpClients {
  public:
-  explicit FtpClients(Journal& journal) : journal_(journal) {}
+  FtpClients(Journal& journal, platform::Trace& trace) : journal_(journal), trace_(trace) {}
 
   bool getSucceeds = true;
   bool deleteSucceeds = true;
@@ -21,6 +23,7 @@ class FtpClients : public platform::FtpClients {
  private:
   friend class FtpClient;
   Journal& journal_;
+  platform::Trace& trace_;
 };
 
 class FtpClient : public platform::FtpClient {
@@ -30,20 +33,38 @@ class FtpClient : public platform::FtpClient {
 
   bool bQGetFile(std::string_view server, std::string_view user, std::string_view password, std::string_view remoteFile,
                  std::string_view localFile, platform::TransferType type, bool overwrite) override {
-    return note("bQGetFile",
-                {server, user, password, remoteFile, localFile, number(type), overwrite ? "true" : "false"}) &&
-           clients_.getSucceeds;
+    const bool succeeds =
+        note("bQGetFile", {server, user, password, remoteFile, localFile, number(type), overwrite ? "true" : "false"});
+    return done(succeeds && clients_.getSucceeds && isPossible({server, user, password, remoteFile}), "bQGetFile");
   }
   bool bQDeleteFile(std::string_view server, std::string_view user, std::string_view password,
                     std::string_view remoteFile) override {
-    return note("bQDeleteFile", {server, user, password, remoteFile}) && clients_.deleteSucceeds;
+    const bool succeeds = note("bQDeleteFile", {server, user, password, remoteFile});
+    return done(succeeds && clients_.deleteSucceeds && isPossible({server, user, password, remoteFile}),
+                "bQDeleteFile");
   }
   bool bQPutFile(std::string_view server, std::string_view user, std::string_view password, std::string_view localFile,
                  std::string_view remoteFile, platform::TransferType type) override {
-    return note("bQPutFile", {server, user, password, localFile, remoteFile, number(type)}) && clients_.putSucceeds;
+    const bool succeeds = note("bQPutFile", {server, user, password, localFile, remoteFile, number(type)});
+    return done(succeeds && clients_.putSucceeds && isPossible({server, user, password, remoteFile}), "bQPutFile");
   }
 
  private:
+  struct Request {
+    std::string_view server;
+    std::string_view user;
+    std::string_view password;
+    std::string_view remoteFile;
+  };
+
+  static bool isPossible(const Request& request) {
+    return !request.remoteFile.empty() && platform::ftpAddressFrom(request.server) &&
+           !platform::wouldEndCommand({request.server, request.user, request.password, request.remoteFile});
+  }
+  bool done(bool succeeded, std::string_view operation) {
+    if (!succeeded) clients_.trace_.failed(operation, "", "finto");
+    return succeeded;
+  }
   static std::string number(platform::TransferType type) { return std::to_string(static_cast<int>(type)); }
   bool note(const std::string& operation, std::initializer_list<std::string_view> arguments) {
     std::string call = "ftp " + operation;

@@ -3,15 +3,19 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <utility>
 
 #include "platform/linux/files/finished_file.h"
 #include "platform/linux/files/replacement.h"
+#include "platform/linux/files/stale_files.h"
 #include "platform/linux/ftp/ftp_library.h"
 #include "platform/linux/kernel/loaded_library.h"
 #include "platform/linux/kernel/reason.h"
@@ -27,24 +31,25 @@ const FtpLibrary* ftpLibrary(Trace& trace) { return loadedLibrary<FtpLibrary>(ft
 
 class LinuxFtpClient : public FtpClient {
  public:
-  LinuxFtpClient(std::unique_ptr<FtpSession> session, const Paths& paths, Trace& trace, FtpPatience patience)
-      : session_(std::move(session)), paths_(paths), trace_(trace), patience_(patience) {}
+  LinuxFtpClient(std::unique_ptr<FtpSession> session, const Paths& paths, Trace& trace, const FtpLimits& limits,
+                 std::function<bool()> stopped)
+      : session_(std::move(session)), paths_(paths), trace_(trace), limits_(limits), stopped_(std::move(stopped)) {}
 
   bool bQGetFile(std::string_view server, std::string_view user, std::string_view password, std::string_view remoteFile,
                  std::string_view localFile, TransferType /*type*/, bool overwrite) override {
     return noted("bQGetFile", remoteFile,
-                 get({server, user, password, remoteFile, patience_}, paths_.resolve(localFile), overwrite));
+                 get({server, user, password, remoteFile, limits_, stopped_}, paths_.resolve(localFile), overwrite));
   }
 
   bool bQDeleteFile(std::string_view server, std::string_view user, std::string_view password,
                     std::string_view remoteFile) override {
-    return noted("bQDeleteFile", remoteFile, session_->erase({server, user, password, remoteFile, patience_}));
+    return noted("bQDeleteFile", remoteFile, session_->erase({server, user, password, remoteFile, limits_, stopped_}));
   }
 
   bool bQPutFile(std::string_view server, std::string_view user, std::string_view password, std::string_view localFile,
                  std::string_view remoteFile, TransferType /*type*/) override {
     return noted("bQPutFile", remoteFile,
-                 put({server, user, password, remoteFile, patience_}, paths_.resolve(localFile)));
+                 put({server, user, password, remoteFile, limits_, stopped_}, paths_.resolve(localFile)));
   }
 
  private:
@@ -60,12 +65,16 @@ class LinuxFtpClient : public FtpClient {
     if (!local) return noLocalName;
     struct stat status {};
     if (!overwrite && ::stat(local->c_str(), &status) == 0) return reasonOf(EEXIST);
+    removeStaleFiles(local->substr(0, local->rfind('/') + 1));
     Failure failure;
     int error = 0;
     const bool replaced = replaceContent(paths_, *local, {}, [&](const Descriptor& file) {
+      std::uint64_t left = roomFor(file);
       failure = session_->get(request, [&](std::string_view bytes) {
-        const bool written = writeAll(file, bytes);
-        if (!written) error = errno;
+        const bool fits = bytes.size() <= left;
+        left -= fits ? bytes.size() : 0;
+        const bool written = fits && writeAll(file, bytes);
+        if (!written) error = fits ? errno : EFBIG;
         return written;
       });
       return !failure;
@@ -73,6 +82,14 @@ class LinuxFtpClient : public FtpClient {
     if (replaced) return std::nullopt;
     if (failure && error == 0) return failure;
     return reasonOf(error != 0 ? error : errno);
+  }
+
+  /// How many bytes a download may bring to the disk that `file` is on.
+  std::uint64_t roomFor(const Descriptor& file) const {
+    struct statvfs disk {};
+    if (::fstatvfs(file.number(), &disk) != 0) return std::numeric_limits<std::uint64_t>::max();
+    return static_cast<std::uint64_t>(static_cast<double>(disk.f_bavail) * static_cast<double>(disk.f_frsize) *
+                                      limits_.largestShare);
   }
 
   Failure put(const FtpRequest& request, const std::optional<std::string>& local) {
@@ -95,7 +112,8 @@ class LinuxFtpClient : public FtpClient {
   std::unique_ptr<FtpSession> session_;
   const Paths& paths_;
   Trace& trace_;
-  FtpPatience patience_;
+  FtpLimits limits_;
+  std::function<bool()> stopped_;
 };
 
 }  // namespace
@@ -108,7 +126,7 @@ std::unique_ptr<FtpClient> LinuxFtpClients::create() {
     trace_.failed("FTP", "libcurl", reasonOf(ENOMEM));
     return nullptr;
   }
-  return std::make_unique<LinuxFtpClient>(std::move(session), paths_, trace_, patience_);
+  return std::make_unique<LinuxFtpClient>(std::move(session), paths_, trace_, limits_, stopped_);
 }
 
 }  // namespace tellaxis::platform

@@ -4,13 +4,17 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <string>
 #include <utility>
 
+#include "platform/linux/files/stale_files.h"
 #include "platform/linux/kernel/descriptor.h"
 #include "platform/linux/kernel/lock_holder.h"
+#include "platform/linux/kernel/uninterrupted.h"
 
 namespace tellaxis::platform {
 
@@ -26,22 +30,29 @@ class FileLock : public InstanceLock {
   Descriptor file_;
 };
 
-/// The lock file; where the folder is closed to writing, the folder itself, which then nobody else locks either.
+/// The lock file, open for writing: file systems of the network lock only such. One that is made here belongs to the
+/// folder's owner, so that a copy started by another user does not lock the owner out for good.
 Descriptor openLock(const std::string& mainFolder) {
   const std::string name = mainFolder + std::string(lockName);
-  constexpr int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+  constexpr int flags = O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
   for (int attempt = 0; attempt < 2; ++attempt) {
-    if (Descriptor existing(::open(name.c_str(), flags)); existing) return existing;
-    if (Descriptor created(::open(name.c_str(), flags | O_CREAT | O_EXCL, 0644)); created) return created;
+    if (Descriptor existing(::open(name.c_str(), flags)); existing || errno != ENOENT) return existing;
+    Descriptor created(::open(name.c_str(), flags | O_CREAT | O_EXCL, 0660));
+    struct stat folder {};
+    if (created && ::geteuid() == 0 && ::stat(mainFolder.c_str(), &folder) == 0 &&
+        ::fchown(created.number(), folder.st_uid, folder.st_gid) != 0)
+      return {};
+    if (created || errno != EEXIST) return created;
   }
-  return Descriptor(::open(mainFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  return {};
 }
 
 }  // namespace
 
 std::unique_ptr<InstanceLock> lockMainFolder(std::string_view mainFolder) {
   Descriptor file = openLock(std::string(mainFolder));
-  if (file && ::flock(file.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) return nullptr;
+  if (!file || untilUninterrupted([&] { return ::flock(file.number(), LOCK_EX | LOCK_NB); }) != 0) return nullptr;
+  removeStaleFiles(std::string(mainFolder));
   return std::make_unique<FileLock>(std::move(file));
 }
 

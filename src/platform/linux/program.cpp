@@ -3,6 +3,7 @@
 
 #include <poll.h>
 #include <sys/eventfd.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -35,7 +36,13 @@ void requestStop(int) {
 
 }  // namespace
 
-std::vector<std::string> programArguments(int count, char** words) { return {words + 1, words + count}; }
+std::vector<std::string> programArguments(int count, char** words) {
+  // Settings hold passwords, documents hold what people bought: nothing that is made from here on is for everybody.
+  ::umask(::umask(0) | 0027);
+  return {words + 1, words + count};
+}
+
+bool stopWasAsked() { return stopAsked != 0; }
 
 std::string programFolder() {
   char path[PATH_MAX];

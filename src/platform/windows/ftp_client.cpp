@@ -5,9 +5,21 @@
 // After windows.h, which it needs.
 #include <wininet.h>
 
-#include <charconv>
-#include <initializer_list>
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <mutex>
+#include <optional>
+#include <system_error>
+#include <thread>
+#include <utility>
+#include <vector>
 
+#include "platform/ftp_address.h"
+#include "platform/ftp_limits.h"
+#include "platform/program.h"
 #include "platform/windows/files/file_operations.h"
 #include "platform/windows/kernel/native.h"
 
@@ -15,34 +27,18 @@ namespace tellaxis::platform {
 
 namespace {
 
-constexpr DWORD timeout = 20'000;  // milliseconds, of a connection and of each answer
+constexpr FtpLimits limits;
+
+/// Between two looks at a transfer, and how long one that was given up is waited for.
+constexpr std::chrono::milliseconds lookPause{100};
+constexpr std::chrono::seconds farewell{2};
+
+constexpr std::string_view givenUp = "il trasferimento \xE8 fermo, troppo lento o interrotto";
 
 struct InternetCloser {
   void operator()(HINTERNET handle) const { InternetCloseHandle(handle); }
 };
 using InternetHandle = std::unique_ptr<void, InternetCloser>;
-
-struct Address {
-  std::string host;
-  INTERNET_PORT port = INTERNET_DEFAULT_FTP_PORT;
-};
-
-std::optional<Address> addressFrom(std::string_view server) {
-  Address address{.host = std::string(server.substr(0, server.find(':')))};
-  if (address.host.empty()) return std::nullopt;
-  if (address.host.size() == server.size()) return address;
-  const std::string_view number = server.substr(address.host.size() + 1);
-  const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), address.port);
-  if (error != std::errc{} || end != number.data() + number.size() || address.port == 0) return std::nullopt;
-  return address;
-}
-
-/// Such a character would end the command that the text is sent in, and begin another one.
-bool wouldEndCommand(std::initializer_list<std::string_view> texts) {
-  for (const std::string_view text : texts)
-    if (text.find_first_of(std::string_view("\r\n\0", 3)) != std::string_view::npos) return true;
-  return false;
-}
 
 /// The system's reason, or what the server answered.
 std::string internetReason() {
@@ -60,29 +56,104 @@ std::string internetReason() {
   return systemReason(error);
 }
 
-/// A session with a server, closed when destroyed.
-class Session {
+void limitWaits(HINTERNET library) {
+  // The last two are WinINet's waits on the data connection, which some headers do not name.
+  constexpr DWORD dataSendTimeout = 7;
+  constexpr DWORD dataReceiveTimeout = 8;
+  constexpr DWORD connection = std::chrono::milliseconds(limits.connection).count();
+  constexpr DWORD stall = std::chrono::milliseconds(limits.stall).count();
+  constexpr std::pair<DWORD, DWORD> options[] = {{INTERNET_OPTION_CONNECT_TIMEOUT, connection},
+                                                 {INTERNET_OPTION_CONNECT_RETRIES, 1},
+                                                 {INTERNET_OPTION_SEND_TIMEOUT, stall},
+                                                 {INTERNET_OPTION_RECEIVE_TIMEOUT, stall},
+                                                 {dataSendTimeout, stall},
+                                                 {dataReceiveTimeout, stall}};
+  for (auto [option, value] : options) InternetSetOptionA(library, option, &value, sizeof value);
+}
+
+/// One operation of a server, carried out by a thread of its own: WinINet may wait longer than it was told to, and is
+/// then left alone. The thread shares this with whoever waits for it.
+class Operation {
  public:
-  /// Nothing came of it when `connected()` is false; the last error says why.
-  Session(const Address& address, std::string_view user, std::string_view password)
-      : library_(InternetOpenA("Tellaxis", INTERNET_OPEN_TYPE_DIRECT, nullptr, nullptr, 0)) {
-    if (!library_) return;
-    for (const DWORD option :
-         {INTERNET_OPTION_CONNECT_TIMEOUT, INTERNET_OPTION_SEND_TIMEOUT, INTERNET_OPTION_RECEIVE_TIMEOUT}) {
-      DWORD value = timeout;
-      InternetSetOptionA(library_.get(), option, &value, sizeof value);
-    }
-    session_.reset(InternetConnectA(library_.get(), address.host.c_str(), address.port, std::string(user).c_str(),
-                                    std::string(password).c_str(), INTERNET_SERVICE_FTP, INTERNET_FLAG_PASSIVE, 0));
+  FtpAddress address;
+  std::string user;
+  std::string password;
+  std::function<bool(HINTERNET session)> work;
+
+  void carryOut() {
+    const HINTERNET library = InternetOpenA("Tellaxis", INTERNET_OPEN_TYPE_DIRECT, nullptr, nullptr, 0);
+    if (library != nullptr) limitWaits(library);
+    if (!keep(library)) return;
+    const INTERNET_PORT port = address.port != 0 ? address.port : INTERNET_DEFAULT_FTP_PORT;
+    const HINTERNET session = InternetConnectA(library, address.host.c_str(), port, user.c_str(), password.c_str(),
+                                               INTERNET_SERVICE_FTP, INTERNET_FLAG_PASSIVE, 0);
+    if (!keep(session)) return;
+    finish(work(session) ? std::nullopt : std::optional(internetReason()));
   }
 
-  bool connected() const { return session_ != nullptr; }
-  HINTERNET get() const { return session_.get(); }
+  /// Why it failed, or nothing. Given up as soon as `unwanted` says so, and ended or not.
+  std::optional<std::string> result(const std::function<bool()>& unwanted) {
+    std::unique_lock lock(mutex_);
+    const auto over = [this] { return ended_; };
+    while (!changed_.wait_for(lock, lookPause, over)) {
+      if (!unwanted()) continue;
+      closeHandles();
+      changed_.wait_for(lock, farewell, over);
+      return std::string(givenUp);
+    }
+    closeHandles();
+    return failure_;
+  }
 
  private:
-  InternetHandle library_;
-  InternetHandle session_;
+  /// False, and the operation is over, when the handle is none or nobody waits any more.
+  bool keep(HINTERNET handle) {
+    if (handle == nullptr) {
+      finish(internetReason());
+      return false;
+    }
+    const std::lock_guard lock(mutex_);
+    handles_.emplace_back(handle);
+    if (closed_) handles_.clear();
+    return !closed_;
+  }
+
+  void finish(std::optional<std::string> failure) {
+    const std::lock_guard lock(mutex_);
+    failure_ = std::move(failure);
+    ended_ = true;
+    changed_.notify_all();
+  }
+
+  /// The session before the library.
+  void closeHandles() {
+    closed_ = true;
+    while (!handles_.empty()) handles_.pop_back();
+  }
+
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::vector<InternetHandle> handles_;
+  bool closed_ = false;
+  bool ended_ = false;
+  std::optional<std::string> failure_;
 };
+
+/// Bytes of the file at `path`; 0 when there is none.
+std::int64_t sizeOf(const std::wstring& path) {
+  WIN32_FILE_ATTRIBUTE_DATA data = {};
+  if (!GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data)) return 0;
+  return (static_cast<std::int64_t>(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
+}
+
+/// How many bytes a download to `path` may bring.
+std::int64_t roomFor(const std::wstring& path) {
+  ULARGE_INTEGER room = {};
+  const std::wstring folder = path.substr(0, path.find_last_of(L"\\/") + 1);
+  if (!GetDiskFreeSpaceExW(folder.empty() ? nullptr : folder.c_str(), &room, nullptr, nullptr))
+    return std::numeric_limits<std::int64_t>::max();
+  return static_cast<std::int64_t>(static_cast<double>(room.QuadPart) * limits.largestShare);
+}
 
 class WinInetClient : public FtpClient {
  public:
@@ -94,12 +165,16 @@ class WinInetClient : public FtpClient {
     if (!overwrite && GetFileAttributesW(local.c_str()) != INVALID_FILE_ATTRIBUTES)
       return failed(trace_, "bQGetFile", localFile, "il file esiste gi\xE0");
     const std::wstring temporary = temporaryBeside(local);
-    const auto fetch = [&](const Session& session) {
+    const auto fetch = [remote = std::string(remoteFile), target = narrowForReading(temporary)](HINTERNET session) {
       // A failed transfer leaves what has come so far, and deletes what was there before.
-      return FtpGetFileA(session.get(), std::string(remoteFile).c_str(), narrowForReading(temporary).c_str(), FALSE,
-                         FILE_ATTRIBUTE_NORMAL, FTP_TRANSFER_TYPE_BINARY | INTERNET_FLAG_RELOAD, 0) != 0;
+      return FtpGetFileA(session, remote.c_str(), target.c_str(), FALSE, FILE_ATTRIBUTE_NORMAL,
+                         FTP_TRANSFER_TYPE_BINARY | INTERNET_FLAG_RELOAD, 0) != 0;
     };
-    if (!inSession("bQGetFile", server, user, password, remoteFile, fetch)) {
+    const auto unwanted = [watch = TransferWatch(limits), room = roomFor(temporary), &temporary]() mutable {
+      const std::int64_t size = sizeOf(temporary);
+      return watch.givesUp(size) || size > room;
+    };
+    if (!inSession("bQGetFile", {server, user, password, remoteFile}, fetch, unwanted)) {
       DeleteFileW(temporary.c_str());
       return false;
     }
@@ -108,34 +183,56 @@ class WinInetClient : public FtpClient {
 
   bool bQDeleteFile(std::string_view server, std::string_view user, std::string_view password,
                     std::string_view remoteFile) override {
-    return inSession("bQDeleteFile", server, user, password, remoteFile, [&](const Session& session) {
-      return FtpDeleteFileA(session.get(), std::string(remoteFile).c_str()) != 0;
-    });
+    const auto erase = [remote = std::string(remoteFile)](HINTERNET session) {
+      return FtpDeleteFileA(session, remote.c_str()) != 0;
+    };
+    return inSession("bQDeleteFile", {server, user, password, remoteFile}, erase, unwantedAfter(limits.stall));
   }
 
   bool bQPutFile(std::string_view server, std::string_view user, std::string_view password, std::string_view localFile,
                  std::string_view remoteFile, TransferType /*type*/) override {
     if (!findFile(wide(localFile))) return failed(trace_, "bQPutFile", localFile, "il file non esiste");
-    return inSession("bQPutFile", server, user, password, remoteFile, [&](const Session& session) {
-      return FtpPutFileA(session.get(), std::string(localFile).c_str(), std::string(remoteFile).c_str(),
-                         FTP_TRANSFER_TYPE_BINARY, 0) != 0;
-    });
+    const auto store = [local = std::string(localFile), remote = std::string(remoteFile)](HINTERNET session) {
+      return FtpPutFileA(session, local.c_str(), remote.c_str(), FTP_TRANSFER_TYPE_BINARY, 0) != 0;
+    };
+    const std::chrono::seconds slowest{sizeOf(wide(localFile)) / limits.lowestRate};
+    return inSession("bQPutFile", {server, user, password, remoteFile}, store, unwantedAfter(limits.stall + slowest));
   }
 
  private:
-  template <class Transfer>
-  bool inSession(std::string_view operation, std::string_view server, std::string_view user, std::string_view password,
-                 std::string_view remoteFile, Transfer transfer) {
+  struct Request {
+    std::string_view server;
+    std::string_view user;
+    std::string_view password;
+    std::string_view remoteFile;
+  };
+
+  static std::function<bool()> unwantedAfter(std::chrono::seconds time) {
+    return [end = std::chrono::steady_clock::now() + time] { return std::chrono::steady_clock::now() >= end; };
+  }
+
+  bool inSession(std::string_view name, const Request& request, std::function<bool(HINTERNET)> work,
+                 const std::function<bool()>& unwanted) {
+    const auto& [server, user, password, remoteFile] = request;
     if (wouldEndCommand({server, user, password, remoteFile}))
-      return failed(trace_, operation, server, "un testo contiene un fine riga o un carattere nullo");
-    if (remoteFile.empty()) return failed(trace_, operation, server, "manca il nome del file remoto");
-    if (server.starts_with("ftps://") || server.starts_with("ftpes://"))
-      return failed(trace_, operation, server, "Windows non offre trasferimenti FTP cifrati");
-    const auto address = addressFrom(server);
-    if (!address) return failed(trace_, operation, server, "indirizzo non valido");
-    const Session session(*address, user, password);
-    if (!session.connected()) return failed(trace_, operation, server, internetReason());
-    return transfer(session) || failed(trace_, operation, remoteFile, internetReason());
+      return failed(trace_, name, server, "un testo contiene un fine riga o un carattere nullo");
+    if (remoteFile.empty()) return failed(trace_, name, server, "manca il nome del file remoto");
+    const auto address = ftpAddressFrom(server);
+    if (!address) return failed(trace_, name, server, "l'indirizzo del server non \xE8 valido");
+    if (address->security != FtpSecurity::none)
+      return failed(trace_, name, server, "Windows non offre trasferimenti FTP cifrati");
+    const auto operation = std::make_shared<Operation>();
+    operation->address = *address;
+    operation->user = user;
+    operation->password = password;
+    operation->work = std::move(work);
+    try {
+      std::thread([operation] { operation->carryOut(); }).detach();
+    } catch (const std::system_error&) {
+      return failed(trace_, name, remoteFile, systemReason(ERROR_NOT_ENOUGH_MEMORY));
+    }
+    const auto failure = operation->result([&] { return stopWasAsked() || unwanted(); });
+    return !failure || failed(trace_, name, remoteFile, *failure);
   }
 
   Trace& trace_;

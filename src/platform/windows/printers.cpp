@@ -33,7 +33,7 @@ struct BackEndMaker {
   }
   BackEnd operator()(const EscPosDeviceTarget& target) const {
     const std::string path = isPortName(target.device) ? target.device : underMainFolder(target.device, mainFolder);
-    return escPos(openDeviceChannel(path, trace));
+    return escPos(openDeviceChannel(path, trace, target.line));
   }
   BackEnd operator()(const EscPosNetworkTarget& target) const {
     return escPos(openNetworkChannel(target.host, target.port, trace));

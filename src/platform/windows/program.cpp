@@ -60,6 +60,11 @@ std::vector<std::string> programArguments(int /*count*/, char** /*words*/) {
   return arguments;
 }
 
+bool stopWasAsked() {
+  const HANDLE requested = stopRequested;
+  return requested != nullptr && WaitForSingleObject(requested, 0) == WAIT_OBJECT_0;
+}
+
 std::string programFolder() {
   std::wstring path(32'768, L'\0');
   path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));

@@ -2,131 +2,132 @@
 #include "platform/windows/serial_port.h"
 
 #include "platform/windows/kernel/native.h"
+#include "platform/windows/serial/line_settings.h"
 
 namespace tellaxis::platform {
 
 namespace {
 
-constexpr DWORD writeTimeout = 2000;  // milliseconds
+using std::chrono::milliseconds;
 
-constexpr BYTE parityNumbers[] = {NOPARITY, ODDPARITY, EVENPARITY, MARKPARITY, SPACEPARITY};
-constexpr BYTE stopBitNumbers[] = {ONESTOPBIT, ONE5STOPBITS, TWOSTOPBITS};
+constexpr DWORD drainPause = 5;  // milliseconds
 
-/// The device's state with our settings in it: no handshake, both of our own lines raised.
-bool applySettings(HANDLE device, const LineSettings& settings) {
-  DCB state = {};
-  state.DCBlength = sizeof state;
-  if (!GetCommState(device, &state)) return false;
-  state.BaudRate = static_cast<DWORD>(settings.baud);
-  state.ByteSize = static_cast<BYTE>(settings.dataBits);
-  state.Parity = parityNumbers[static_cast<std::size_t>(settings.parity)];
-  state.StopBits = stopBitNumbers[static_cast<std::size_t>(settings.stopBits)];
-  state.fBinary = TRUE;
-  state.fParity = settings.parity != Parity::none;
-  state.fOutxCtsFlow = FALSE;
-  state.fOutxDsrFlow = FALSE;
-  state.fDsrSensitivity = FALSE;
-  state.fOutX = FALSE;
-  state.fInX = FALSE;
-  state.fErrorChar = FALSE;
-  state.fNull = FALSE;
-  state.fAbortOnError = FALSE;
-  state.fDtrControl = DTR_CONTROL_ENABLE;
-  state.fRtsControl = RTS_CONTROL_ENABLE;
-  return SetCommState(device, &state) != 0;
-}
-
-bool applyTimeouts(HANDLE device) {
-  COMMTIMEOUTS timeouts = {};
-  timeouts.ReadIntervalTimeout = MAXDWORD;
-  timeouts.WriteTotalTimeoutConstant = writeTimeout;
-  return SetCommTimeouts(device, &timeouts) != 0;
-}
-
-enum class Written { all, stuck, gone };
-
-Written writeAll(HANDLE device, std::string_view bytes) {
-  while (!bytes.empty()) {
-    DWORD written = 0;
-    if (!WriteFile(device, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) && written == 0)
-      return Written::gone;
-    if (written == 0) {
-      PurgeComm(device, PURGE_TXABORT | PURGE_TXCLEAR);
-      return Written::stuck;
-    }
-    bytes.remove_prefix(written);
-  }
-  return Written::all;
-}
-
-/// An open line outlives its device, so that an adapter may be pulled out and put back.
-class ComLine : public SerialPort {
+class ComDevice : public SerialDevice {
  public:
-  explicit ComLine(Trace& trace) : trace_(trace) {}
+  explicit ComDevice(UniqueHandle device) : device_(std::move(device)) {}
 
-  bool open(int number, const LineSettings& settings, const LineBuffers& buffers) override {
-    if (open_) return fail("open", "\xE8 gi\xE0 aperta");
-    name_ = "COM" + std::to_string(number);
-    settings_ = settings;
-    buffers_ = buffers;
-    open_ = openDevice();
-    return open_;
+  bool configure(const LineSettings& settings, std::string& reason) override {
+    if (applyLineSettings(device_.get(), settings)) return true;
+    reason = systemReason(GetLastError());
+    return false;
   }
 
-  bool isOpen() const override { return open_; }
-
-  bool configure(const LineSettings& settings) override {
-    if (!open_) return fail("configure", closed);
-    if (device_ && !applySettings(device_.get(), settings)) return fail("configure");
-    settings_ = settings;
-    return true;
+  WriteResult write(std::string_view bytes, milliseconds limit) override {
+    limitWrites(limit);
+    while (!bytes.empty()) {
+      DWORD written = 0;
+      if (!WriteFile(device_.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) && written == 0)
+        return WriteResult::gone;
+      if (written == 0) {
+        PurgeComm(device_.get(), PURGE_TXABORT | PURGE_TXCLEAR);
+        return WriteResult::stuck;
+      }
+      bytes.remove_prefix(written);
+    }
+    return WriteResult::done;
   }
 
-  bool write(std::string_view bytes) override {
-    if (!open_) return fail("write", closed);
-    Written written = device_ ? writeAll(device_.get(), bytes) : Written::gone;
-    if (written == Written::gone && openDevice()) written = writeAll(device_.get(), bytes);
-    if (written == Written::stuck) return fail("write", "la periferica non accetta dati");
-    return written == Written::all || fail("write", "la periferica non c'\xE8 pi\xF9");
+  /// Some drivers cut off what they still hold when the handle is closed.
+  void drain(milliseconds limit) override {
+    const DWORD begun = GetTickCount();
+    while (bytesWaiting() > 0 && GetTickCount() - begun < static_cast<DWORD>(limit.count())) Sleep(drainPause);
   }
 
-  bool close() override {
-    if (!open_) return fail("close", closed);
-    device_.reset();
-    open_ = false;
-    return true;
+  /// False, with the system's last error, when the device refuses.
+  bool limitWrites(milliseconds limit) {
+    COMMTIMEOUTS timeouts = {};
+    timeouts.ReadIntervalTimeout = MAXDWORD;
+    timeouts.WriteTotalTimeoutConstant = static_cast<DWORD>(limit.count());
+    return SetCommTimeouts(device_.get(), &timeouts) != 0;
   }
 
  private:
-  static constexpr std::string_view closed = "la porta \xE8 chiusa";
-
-  bool openDevice() {
-    // A device that went away keeps its name as long as it is held.
-    device_.reset();
-    UniqueHandle device = owned(CreateFileW(wide("\\\\.\\" + name_).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
-                                            OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (!device) return fail("open");
-    // The sizes are a wish that a driver may turn down; the line works all the same.
-    if (!SetupComm(device.get(), static_cast<DWORD>(buffers_.input), static_cast<DWORD>(buffers_.output)))
-      fail("SetupComm");
-    if (!applySettings(device.get(), settings_) || !applyTimeouts(device.get())) return fail("open");
-    device_ = std::move(device);
-    return true;
+  DWORD bytesWaiting() {
+    DWORD errors = 0;
+    COMSTAT state = {};
+    return ClearCommError(device_.get(), &errors, &state) ? state.cbOutQue : 0;
   }
 
-  bool fail(std::string_view operation) { return failed(trace_, operation, name_); }
-  bool fail(std::string_view operation, std::string_view reason) { return failed(trace_, operation, name_, reason); }
-
-  Trace& trace_;
-  std::string name_ = "COM";
-  LineSettings settings_;
-  LineBuffers buffers_;
-  bool open_ = false;
   UniqueHandle device_;
 };
 
+struct KeyCloser {
+  void operator()(HKEY key) const { RegCloseKey(key); }
+};
+
+/// The number of "COM3"; 0 for another name.
+int numberOf(std::wstring_view name) {
+  if (name.size() < 4 || name.size() > 6 || name.substr(0, 3) != L"COM") return 0;
+  int number = 0;
+  for (const wchar_t digit : name.substr(3)) {
+    if (digit < L'0' || digit > L'9') return 0;
+    number = number * 10 + (digit - L'0');
+  }
+  return number;
+}
+
 }  // namespace
 
-std::unique_ptr<SerialPort> WindowsSerialPorts::create() { return std::make_unique<ComLine>(trace_); }
+std::unique_ptr<SerialPort> WindowsSerialPorts::create() {
+  SerialDevices& devices = *this;
+  return std::make_unique<SerialLine>(devices, trace_);
+}
+
+std::vector<SerialPortInfo> WindowsSerialPorts::list() {
+  HKEY opened = nullptr;
+  const wchar_t* const devices = L"HARDWARE\\DEVICEMAP\\SERIALCOMM";
+  // Where there is no line there is no such key.
+  if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, devices, 0, KEY_QUERY_VALUE, &opened) != ERROR_SUCCESS) return {};
+  const std::unique_ptr<HKEY__, KeyCloser> key(opened);
+  std::vector<SerialPortInfo> ports;
+  for (DWORD index = 0;; ++index) {
+    wchar_t driver[256];
+    wchar_t port[64] = {};
+    DWORD driverLength = 256;
+    DWORD bytes = sizeof port - sizeof(wchar_t);
+    DWORD type = 0;
+    const LONG result =
+        RegEnumValueW(key.get(), index, driver, &driverLength, nullptr, &type, reinterpret_cast<BYTE*>(port), &bytes);
+    if (result == ERROR_NO_MORE_ITEMS) return ports;
+    if (result != ERROR_SUCCESS) {
+      failed(trace_, "list", "SERIALCOMM", systemReason(static_cast<DWORD>(result)));
+      return ports;
+    }
+    if (type == REG_SZ)
+      ports.push_back(
+          {.number = numberOf(port), .device = narrowForReading(port), .description = narrowForReading(driver)});
+  }
+}
+
+std::string WindowsSerialPorts::nameOf(int number) const { return "COM" + (number > 0 ? std::to_string(number) : ""); }
+
+std::unique_ptr<SerialDevice> WindowsSerialPorts::open(int number, const LineSettings& settings,
+                                                       const LineBuffers& buffers, std::string& reason) {
+  const std::string name = nameOf(number);
+  UniqueHandle handle = owned(CreateFileW(wide("\\\\.\\" + name).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+                                          OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (!handle) {
+    reason = systemReason(GetLastError());
+    return nullptr;
+  }
+  // A driver may turn the sizes down; the line works all the same.
+  if (!SetupComm(handle.get(), static_cast<DWORD>(buffers.input), static_cast<DWORD>(buffers.output)))
+    failed(trace_, "SetupComm", name);
+  auto device = std::make_unique<ComDevice>(std::move(handle));
+  if (!device->configure(settings, reason)) return nullptr;
+  if (device->limitWrites(milliseconds(2000))) return device;
+  reason = systemReason(GetLastError());
+  return nullptr;
+}
 
 }  // namespace tellaxis::platform

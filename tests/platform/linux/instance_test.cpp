@@ -85,17 +85,48 @@ TEST(MainFolderLock, WorksForEveryUser) {
             0);
 }
 
-TEST(MainFolderLock, WorksInAFolderThatCannotBeWritten) {
+TEST(MainFolderLock, IsRefusedInAFolderThatCannotBeWritten) {
   if (::geteuid() != 0) GTEST_SKIP() << "needs two users";
   test::TemporaryFolder folder;
   fs::permissions(folder.path(""), fs::perms(0555));
   EXPECT_EQ(inAnotherProcess([&] {
               if (::setuid(65534) != 0) return 2;
-              const auto lock = lockMainFolder(folder / "");
-              return lock != nullptr && lockMainFolder(folder / "") == nullptr ? 1 : 0;
+              return lockable(folder / "");
+            }),
+            0);
+  EXPECT_TRUE(folder.names().empty());
+}
+
+TEST(MainFolderLock, IsRefusedWhereItsFileMayNotBeWritten) {
+  if (::geteuid() != 0) GTEST_SKIP() << "needs two users";
+  test::TemporaryFolder folder;
+  fs::permissions(folder.path(""), fs::perms(0777));
+  folder.write(".tellaxis.lock", "");
+  fs::permissions(folder.path(".tellaxis.lock"), fs::perms(0600));
+  EXPECT_EQ(inAnotherProcess([&] {
+              if (::setuid(65534) != 0) return 2;
+              return lockable(folder / "");
+            }),
+            0);
+}
+
+TEST(MainFolderLock, IsRefusedWhereItsFileIsSomethingElse) {
+  test::TemporaryFolder folder;
+  fs::create_symlink(folder / "elsewhere", folder.path(".tellaxis.lock"));
+  EXPECT_EQ(lockMainFolder(folder / ""), nullptr);
+  EXPECT_FALSE(fs::exists(folder.path("elsewhere")));
+}
+
+TEST(MainFolderLock, BelongsToTheFoldersOwnerWhoeverStartedFirst) {
+  if (::geteuid() != 0) GTEST_SKIP() << "needs two users";
+  test::TemporaryFolder folder;
+  ASSERT_EQ(::chown((folder / "").c_str(), 65534, 65534), 0);
+  { EXPECT_NE(lockMainFolder(folder / ""), nullptr); }
+  EXPECT_EQ(inAnotherProcess([&] {
+              if (::setuid(65534) != 0) return 2;
+              return lockable(folder / "");
             }),
             1);
-  EXPECT_TRUE(folder.names().empty());
 }
 
 TEST(MainFolderLock, ItsHolderEndsWhenAnotherProcessAsks) {

@@ -5,10 +5,9 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <initializer_list>
 #include <iterator>
 
-#include "platform/linux/ftp/ftp_address.h"
+#include "platform/ftp_address.h"
 
 namespace tellaxis::platform {
 
@@ -31,7 +30,7 @@ constexpr Reason reasons[] = {
     {CURLE_COULDNT_CONNECT, "il server non accetta il collegamento"},
     {CURLE_OPERATION_TIMEDOUT, "il server non risponde"},
     {CURLE_FTP_ACCEPT_TIMEOUT, "il server non risponde"},
-    {CURLE_ABORTED_BY_CALLBACK, "il trasferimento \xE8 fermo"},
+    {CURLE_ABORTED_BY_CALLBACK, "il trasferimento \xE8 fermo, troppo lento o interrotto"},
     {CURLE_LOGIN_DENIED, "utente o password rifiutati"},
     {CURLE_REMOTE_ACCESS_DENIED, "accesso rifiutato"},
     {CURLE_REMOTE_FILE_NOT_FOUND, "il server non ha o non d\xE0 il file"},
@@ -61,13 +60,6 @@ std::string transferReason(CURL* curl, CURLcode code) {
   return answer >= 400 ? text + " (" + std::to_string(answer) + ")" : text;
 }
 
-/// Such a character would end the command that the text is sent in, and begin another one.
-bool wouldEndCommand(std::initializer_list<std::string_view> texts) {
-  for (const std::string_view text : texts)
-    if (text.find_first_of(std::string_view("\r\n\0", 3)) != std::string_view::npos) return true;
-  return false;
-}
-
 /// Asked for a name that ends so, libcurl would list a folder.
 bool isFileName(std::string_view name) { return !name.empty() && !name.ends_with('/'); }
 
@@ -84,24 +76,16 @@ std::size_t dropBytes(const char* /*bytes*/, std::size_t size, std::size_t count
   return size * count;
 }
 
-/// Ends a transfer in which no byte has moved for too long.
-struct StallWatch {
-  using Clock = std::chrono::steady_clock;
-
-  std::chrono::seconds patience{};
-  curl_off_t moved = 0;
-  Clock::time_point lastMove = Clock::now();
-
-  bool gaveUp(curl_off_t nowMoved) {
-    const auto now = Clock::now();
-    if (nowMoved != moved) lastMove = now;
-    moved = nowMoved;
-    return now - lastMove >= patience;
-  }
+/// Ends a transfer that is against the limits, or that nobody wants any more.
+struct Supervision {
+  TransferWatch watch;
+  const std::function<bool()>* stopped = nullptr;
 };
 
-int watchProgress(void* watch, curl_off_t /*toGet*/, curl_off_t got, curl_off_t /*toPut*/, curl_off_t put) {
-  return static_cast<StallWatch*>(watch)->gaveUp(got + put) ? 1 : 0;
+int watchProgress(void* data, curl_off_t /*toGet*/, curl_off_t got, curl_off_t /*toPut*/, curl_off_t put) {
+  auto& [watch, stopped] = *static_cast<Supervision*>(data);
+  const bool wanted = !*stopped || !(*stopped)();
+  return wanted && !watch.givesUp(got + put) ? 0 : 1;
 }
 
 struct HandleCloser {
@@ -133,7 +117,7 @@ class CurlSession : public FtpSession {
     if (auto complaint = prepare(request)) return complaint;
     const std::unique_ptr<curl_slist, ListCloser> commands(
         curl_slist_append(nullptr, ("DELE " + std::string(request.remoteFile)).c_str()));
-    set(CURLOPT_URL, address_.root.c_str());
+    set(CURLOPT_URL, urlOf(address_, "").c_str());
     set(CURLOPT_NOBODY, 1L);
     set(CURLOPT_QUOTE, commands.get());
     return perform();
@@ -173,8 +157,8 @@ class CurlSession : public FtpSession {
     set(CURLOPT_UPLOAD_BUFFERSIZE, bufferSize);
     set(CURLOPT_TCP_KEEPALIVE, 1L);
     logInAs(request.user, request.password);
-    if (address_.demandsTls) demandTls();
-    limitWaits(request.patience);
+    if (address_.security != FtpSecurity::none) demandTls();
+    limitWaits(request);
     return std::nullopt;
   }
 
@@ -189,16 +173,15 @@ class CurlSession : public FtpSession {
     if (const char* authorities = std::getenv("SSL_CERT_FILE")) set(CURLOPT_CAINFO, authorities);
   }
 
-  void limitWaits(FtpPatience patience) {
-    const auto connection = static_cast<long>(patience.connection.count());
-    const auto stall = static_cast<long>(patience.stall.count());
+  void limitWaits(const FtpRequest& request) {
+    const auto connection = static_cast<long>(request.limits.connection.count());
     set(CURLOPT_CONNECTTIMEOUT, connection);
     set(CURLOPT_ACCEPTTIMEOUT_MS, connection * 1000);
-    set(CURLOPT_SERVER_RESPONSE_TIMEOUT, stall);
-    watch_ = {.patience = patience.stall};
+    set(CURLOPT_SERVER_RESPONSE_TIMEOUT, static_cast<long>(request.limits.stall.count()));
+    supervision_ = {TransferWatch(request.limits), &request.stopped};
     set(CURLOPT_NOPROGRESS, 0L);
     set(CURLOPT_XFERINFOFUNCTION, watchProgress);
-    set(CURLOPT_XFERINFODATA, &watch_);
+    set(CURLOPT_XFERINFODATA, &supervision_);
   }
 
   std::optional<std::string> perform() {
@@ -227,7 +210,7 @@ class CurlSession : public FtpSession {
   std::unique_ptr<CURL, HandleCloser> curl_{curl_easy_init()};
   std::unique_ptr<CURLM, TransfersCloser> transfers_{curl_multi_init()};  // gone first: the handle outlives it
   FtpAddress address_;
-  StallWatch watch_;
+  Supervision supervision_;
 };
 
 }  // namespace

@@ -1,7 +1,6 @@
 // FTP session: transfers between a server and whatever takes or gives the bytes.
 #pragma once
 
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -10,13 +9,9 @@
 #include <string>
 #include <string_view>
 
-namespace tellaxis::platform {
+#include "platform/ftp_limits.h"
 
-/// How long a server is waited for.
-struct FtpPatience {
-  std::chrono::seconds connection{15};  ///< until logged in
-  std::chrono::seconds stall{60};       ///< without a byte or an answer
-};
+namespace tellaxis::platform {
 
 /// The account and the remote file, byte by byte as the server gets them.
 struct FtpRequest {
@@ -24,7 +19,8 @@ struct FtpRequest {
   std::string_view user;
   std::string_view password;
   std::string_view remoteFile;
-  FtpPatience patience;
+  FtpLimits limits;
+  std::function<bool()> stopped;  ///< true once the transfer is to be given up
 };
 
 /// Takes the bytes that have come; false when it cannot.

@@ -31,6 +31,7 @@ constexpr Reason reasons[] = {
     {EAGAIN, "chi lo riceve non \xE8 pronto"},
     {ENXIO, "nessuno lo riceve"},
     {EPIPE, "chi lo riceveva l'ha chiuso"},
+    {EFBIG, "il file \xE8 troppo grande"},
     {ENOSPC, "il disco \xE8 pieno"},
     {EDQUOT, "lo spazio assegnato \xE8 esaurito"},
     {EROFS, "il disco \xE8 in sola lettura"},

@@ -21,6 +21,7 @@
 #include "platform/linux/kernel/reason.h"
 #include "platform/linux/kernel/timed_write.h"
 #include "platform/linux/kernel/uninterrupted.h"
+#include "platform/linux/serial/line_settings.h"
 #include "text/code_page.h"
 
 namespace tellaxis::platform {
@@ -93,15 +94,16 @@ void makeRaw(int descriptor) {
 
 class DeviceChannel final : public Channel {
  public:
-  DeviceChannel(std::string path, Trace& trace, milliseconds patience)
-      : Channel(nearestCodePage(path), trace, patience), path_(std::move(path)) {}
+  DeviceChannel(std::string path, const std::optional<LineSettings>& line, Trace& trace, milliseconds patience)
+      : Channel(nearestCodePage(path), trace, patience), path_(std::move(path)), line_(line) {}
 
  protected:
   Reason sendTo(Spool& document) override {
     const Descriptor device(open(path_.c_str(), O_WRONLY | O_APPEND | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (!device) return reasonOf(errno);
     const bool isLine = isatty(device.number()) != 0;
-    if (isLine) makeRaw(device.number());
+    if (line_ && !applyLineSettings(device.number(), *line_)) return reasonOf(errno);
+    if (isLine && !line_) makeRaw(device.number());
     if (Reason reason = sendDocument(device, document, patience())) {
       if (isLine) tcflush(device.number(), TCOFLUSH);
       return reason;
@@ -111,6 +113,7 @@ class DeviceChannel final : public Channel {
 
  private:
   std::string path_;
+  std::optional<LineSettings> line_;
 };
 
 /// The error that a connection has met; 0: none.
@@ -189,8 +192,9 @@ class NetworkChannel final : public Channel {
 
 }  // namespace
 
-std::unique_ptr<ByteChannel> openDeviceChannel(std::string path, Trace& trace, milliseconds patience) {
-  return std::make_unique<DeviceChannel>(std::move(path), trace, patience);
+std::unique_ptr<ByteChannel> openDeviceChannel(std::string path, Trace& trace, milliseconds patience,
+                                               const std::optional<LineSettings>& line) {
+  return std::make_unique<DeviceChannel>(std::move(path), line, trace, patience);
 }
 
 std::unique_ptr<ByteChannel> openNetworkChannel(const std::string& host, std::uint16_t port, Trace& trace,

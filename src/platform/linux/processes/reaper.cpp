@@ -67,7 +67,7 @@ void Reaper::run() {
     eventfd_t woken = 0;
     if (waiting.front().revents != 0) ::eventfd_read(wake_.number(), &woken);
     for (std::size_t i = 0; i < living.size(); ++i)
-      if (waiting[i + 1].revents != 0) bury(living[i]);
+      if (waiting[i + 1].revents != 0) release(living[i]);
     const std::lock_guard lock(mutex_);
     if (stopping_) return;
   }
@@ -81,7 +81,7 @@ std::vector<Reaper::Child> Reaper::children() {
 }
 
 /// The number of a child is free for others only once it was waited for, so the entry goes first.
-void Reaper::bury(const Child& child) {
+void Reaper::release(const Child& child) {
   Descriptor watch;
   {
     const std::lock_guard lock(mutex_);

@@ -1,4 +1,4 @@
-// Reaper: takes leave of started programs as they end, so that none stays behind as a zombie.
+// Reaper: waits for started programs as they end, so that none stays behind as a zombie.
 #pragma once
 
 #include <sys/types.h>
@@ -35,7 +35,7 @@ class Reaper {
   bool begin();
   void run();
   std::vector<Child> children();
-  void bury(const Child& child);
+  void release(const Child& child);
 
   std::mutex mutex_;
   std::map<pid_t, Descriptor> children_;

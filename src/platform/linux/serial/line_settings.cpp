@@ -27,6 +27,7 @@ unsigned controlFlags(const LineSettings& settings) {
   flags |= settings.dataBits == 7 ? CS7 : CS8;
   flags |= parityFlags[static_cast<unsigned>(settings.parity)];
   if (settings.stopBits != StopBits::one) flags |= CSTOPB;
+  if (settings.flowControl == FlowControl::cts) flags |= CRTSCTS;
   return flags;
 }
 

@@ -9,7 +9,7 @@ namespace tellaxis::platform {
 /// that waits for less is content with more, and the devices cannot do it otherwise.
 unsigned controlFlags(const LineSettings& settings);
 
-/// Makes the line raw, without flow control, at these settings. False, with the reason in `errno`, when the device
+/// Makes the line raw, at these settings. False, with the reason in `errno`, when the device
 /// refuses, or runs at a speed that is more than 2 % off.
 bool applyLineSettings(int descriptor, const LineSettings& settings);
 

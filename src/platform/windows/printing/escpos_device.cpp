@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "platform/windows/kernel/native.h"
+#include "platform/windows/serial/line_settings.h"
 #include "text/code_page.h"
 
 namespace tellaxis::platform {
@@ -51,17 +52,20 @@ class Channel : public ByteChannel {
 
 class DeviceChannel final : public Channel {
  public:
-  DeviceChannel(const std::string& path, Trace& trace)
+  DeviceChannel(const std::string& path, const std::optional<LineSettings>& line, Trace& trace)
       : Channel(nearestCodePage(path), trace),
+        line_(line),
         isPort_(isPortName(path)),
         path_(isPort_ ? L"\\\\.\\" + wideFromUtf8(path) : wideFromUtf8(path)) {}
 
  private:
   Reason sendTo(Spool& document) override {
+    const DWORD readsState = line_ ? GENERIC_READ : 0;
     const UniqueHandle device =
-        owned(CreateFileW(path_.c_str(), isPort_ ? GENERIC_WRITE : FILE_APPEND_DATA, isPort_ ? 0 : FILE_SHARE_READ,
-                          nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+        owned(CreateFileW(path_.c_str(), isPort_ ? GENERIC_WRITE | readsState : FILE_APPEND_DATA,
+                          isPort_ ? 0 : FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!device) return systemReason(GetLastError());
+    if (line_ && !applyLineSettings(device.get(), *line_)) return systemReason(GetLastError());
     COMMTIMEOUTS timeouts = {};
     timeouts.WriteTotalTimeoutConstant = patience;
     if (isPort_) SetCommTimeouts(device.get(), &timeouts);
@@ -77,6 +81,7 @@ class DeviceChannel final : public Channel {
     });
   }
 
+  std::optional<LineSettings> line_;
   bool isPort_;
   std::wstring path_;
 };
@@ -187,8 +192,9 @@ bool isPortName(const std::string& path) {
   return known && name.find_first_not_of(L"0123456789", 3) == std::wstring::npos;
 }
 
-std::unique_ptr<ByteChannel> openDeviceChannel(std::string path, Trace& trace) {
-  return std::make_unique<DeviceChannel>(path, trace);
+std::unique_ptr<ByteChannel> openDeviceChannel(std::string path, Trace& trace,
+                                               const std::optional<LineSettings>& line) {
+  return std::make_unique<DeviceChannel>(path, line, trace);
 }
 
 std::unique_ptr<ByteChannel> openNetworkChannel(std::string host, std::uint16_t port, Trace& trace) {

@@ -3,16 +3,20 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
+#include "platform/line_settings.h"
 #include "platform/printing/escpos_printer.h"
 #include "platform/trace.h"
 
 namespace tellaxis::platform {
 
 /// A port by its name ("COM3", "LPT1") or an existing file at a native path (UTF-8), opened for each document. A port
-/// that takes no byte for 10 s counts as failed.
-std::unique_ptr<ByteChannel> openDeviceChannel(std::string path, Trace& trace);
+/// that takes no byte for 10 s counts as failed. A COM line gets these settings each time, or keeps its own without
+/// them.
+std::unique_ptr<ByteChannel> openDeviceChannel(std::string path, Trace& trace,
+                                               const std::optional<LineSettings>& line = std::nullopt);
 
 /// A printer that takes bytes on a TCP port, connected to for each document.
 std::unique_ptr<ByteChannel> openNetworkChannel(std::string host, std::uint16_t port, Trace& trace);

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -241,6 +242,49 @@ TEST_F(FtpClientTest, AnUploadThatStallsIsGivenUp) {
   const auto start = steady_clock::now();
   EXPECT_FALSE(put(server));
   EXPECT_LT(steady_clock::now() - start, 4s);
+}
+
+TEST_F(FtpClientTest, ADownloadThatGoesOnTooSlowlyIsGivenUp) {
+  const ScriptedFtpServer server({.drips = true});
+  write("x.txt", "before");
+  const auto start = steady_clock::now();
+  EXPECT_FALSE(get(server));
+  EXPECT_LT(steady_clock::now() - start, 20s);
+  EXPECT_EQ(text("x.txt"), "before");
+  EXPECT_EQ(filesLeft(), 1U);
+  EXPECT_THAT(lastFailure(), HasSubstr("troppo lento"));
+}
+
+TEST_F(FtpClientTest, ADownloadMayNotFillTheDisk) {
+  LinuxFtpClients careful{paths, trace, {.connection = 2s, .stall = 2s, .largestShare = 0}};
+  client = careful.create();
+  const ScriptedFtpServer server;
+  write("x.txt", "before");
+  EXPECT_FALSE(get(server));
+  EXPECT_EQ(text("x.txt"), "before");
+  EXPECT_EQ(filesLeft(), 1U);
+  EXPECT_EQ(lastFailure(), "bQGetFile x.txt: il file \xE8 troppo grande");
+}
+
+TEST_F(FtpClientTest, AStopGivesTheTransferUpAndLeavesNothingBehind) {
+  const ScriptedFtpServer server({.content = std::string(10'000, 'x'), .stallsAfter = 1000});
+  const auto stopped = [&server] { return std::ranges::count(server.commands(), "RETR x.txt") > 0; };
+  LinuxFtpClients stoppable{paths, trace, {.connection = 60s, .stall = 60s}, stopped};
+  client = stoppable.create();
+  write("x.txt", "before");
+  const auto start = steady_clock::now();
+  EXPECT_FALSE(get(server));
+  EXPECT_LT(steady_clock::now() - start, 20s);
+  EXPECT_EQ(text("x.txt"), "before");
+  EXPECT_EQ(filesLeft(), 1U);
+}
+
+TEST_F(FtpClientTest, WhatAnEndedProgramLeftOfADownloadIsRemovedByTheNext) {
+  write(".tellaxis-4194305", "met\xE0");  // above the highest number of a process
+  std::filesystem::last_write_time(path(".tellaxis-4194305"), std::filesystem::file_time_type::clock::now() - 1h);
+  const ScriptedFtpServer server;
+  EXPECT_TRUE(get(server)) << lastFailure();
+  EXPECT_EQ(filesLeft(), 1U);
 }
 
 TEST_F(FtpClientTest, TlsThatTheServerLacksIsAFailureBeforeThePassword) {

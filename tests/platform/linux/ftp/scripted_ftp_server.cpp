@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <stdexcept>
 
 namespace tellaxis {
@@ -156,6 +157,8 @@ void ScriptedFtpServer::sendFile(int client) {
   const int data = dataConnection();
   const std::size_t size =
       std::min(script_.content.size(), script_.stallsAfter.value_or(script_.hangsUpAfter.value_or(std::string::npos)));
+  while (script_.drips && !ending_ && ::send(data, "x", 1, MSG_NOSIGNAL) == 1)
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
   ::send(data, script_.content.data(), size, MSG_NOSIGNAL);
   if (script_.stallsAfter) readable(client);
   ::close(data);

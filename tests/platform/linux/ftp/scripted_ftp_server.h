@@ -18,6 +18,7 @@ struct FtpScript {
   std::string content = "contenuto";           ///< of every file
   std::optional<std::size_t> hangsUpAfter;     ///< bytes of a download after which all connections break
   std::optional<std::size_t> stallsAfter;      ///< bytes of a transfer after which nothing moves any more
+  bool drips = false;                          ///< a download goes on for ever, ten bytes a second
   bool takesActiveOnly = false;                ///< refuses EPSV and PASV
 };
 

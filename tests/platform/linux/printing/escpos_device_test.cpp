@@ -9,6 +9,7 @@
 #include <pty.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -16,6 +17,7 @@
 #include <functional>
 #include <thread>
 
+#include "platform/pseudo_terminal.h"
 #include "platform/temporary_folder.h"
 #include "platform/trace_log.h"
 
@@ -273,6 +275,19 @@ TEST_F(EscPosDevice, ASerialLinePassesEveryByteAsItIs) {
   close(slave);
   close(master);
   EXPECT_EQ(received, all);
+}
+
+TEST_F(EscPosDevice, ASerialLineGetsItsSettingsForEachDocument) {
+  const test::PseudoTerminal terminal;
+  const auto channel = openDeviceChannel(terminal.device(), trace, 2s, LineSettings{.baud = 19200});
+  EXPECT_TRUE(send(*channel, "uno\n"));
+  EXPECT_EQ(terminal.receive(4), "uno\n");
+  termios line{};
+  ASSERT_EQ(tcgetattr(terminal.descriptor(), &line), 0);
+  EXPECT_EQ(cfgetospeed(&line), speed_t{B19200});
+  const auto file = openDeviceChannel(folder.write("lp0", ""), trace, 2s, LineSettings{});
+  EXPECT_FALSE(send(*file, "a"));
+  EXPECT_THAT(trace.lines, testing::ElementsAre(HasSubstr("non \xE8 una linea seriale")));
 }
 
 TEST_F(EscPosDevice, APipeThatNobodyReadsIsAFailedStep) {

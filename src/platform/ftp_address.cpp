@@ -1,5 +1,5 @@
 // FTP address: schemes, host names and ports; names as parts of a URL.
-#include "platform/linux/ftp/ftp_address.h"
+#include "platform/ftp_address.h"
 
 #include <algorithm>
 #include <charconv>
@@ -13,16 +13,15 @@ namespace {
 
 struct Scheme {
   std::string_view prefix;
-  std::string_view url;
-  bool demandsTls;
+  FtpSecurity security;
 };
 
 constexpr Scheme schemes[] = {
-    {.prefix = "ftpes://", .url = "ftp://", .demandsTls = true},
-    {.prefix = "ftps://", .url = "ftps://", .demandsTls = true},
-    {.prefix = "ftp://", .url = "ftp://", .demandsTls = false},
+    {.prefix = "ftpes://", .security = FtpSecurity::explicitTls},
+    {.prefix = "ftps://", .security = FtpSecurity::implicitTls},
+    {.prefix = "ftp://", .security = FtpSecurity::none},
 };
-constexpr Scheme plain{.prefix = "", .url = "ftp://", .demandsTls = false};
+constexpr Scheme plain{.prefix = "", .security = FtpSecurity::none};
 
 bool isLetterOrDigit(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9'); }
 
@@ -41,10 +40,11 @@ bool isHost(std::string_view host) {
   });
 }
 
-bool isPort(std::string_view text) {
+std::optional<std::uint16_t> portFrom(std::string_view text) {
   std::uint16_t port = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
-  return error == std::errc{} && end == text.data() + text.size() && port != 0;
+  if (error != std::errc{} || end != text.data() + text.size() || port == 0) return std::nullopt;
+  return port;
 }
 
 }  // namespace
@@ -54,14 +54,20 @@ std::optional<FtpAddress> ftpAddressFrom(std::string_view server) {
   server.remove_prefix(scheme.prefix.size());
   const std::size_t bracket = server.rfind(']');
   const std::size_t colon = server.find(':', bracket == std::string_view::npos ? 0 : bracket);
-  if (!isHost(server.substr(0, colon))) return std::nullopt;
-  if (colon != std::string_view::npos && !isPort(server.substr(colon + 1))) return std::nullopt;
-  return FtpAddress{.root = std::string(scheme.url) + std::string(server) + "/", .demandsTls = scheme.demandsTls};
+  FtpAddress address{.host = std::string(server.substr(0, colon)), .security = scheme.security};
+  if (!isHost(address.host)) return std::nullopt;
+  if (colon == std::string_view::npos) return address;
+  const auto port = portFrom(server.substr(colon + 1));
+  if (!port) return std::nullopt;
+  address.port = *port;
+  return address;
 }
 
 std::string urlOf(const FtpAddress& address, std::string_view name) {
   constexpr std::string_view hexadecimal = "0123456789ABCDEF";
-  std::string url = address.root;
+  std::string url = (address.security == FtpSecurity::implicitTls ? "ftps://" : "ftp://") + address.host;
+  if (address.port != 0) url += ":" + std::to_string(address.port);
+  url += '/';
   for (const char c : name) {
     const auto byte = static_cast<unsigned char>(c);
     if (isLetterOrDigit(c) || c == '.' || c == '-' || c == '_')
@@ -70,6 +76,11 @@ std::string urlOf(const FtpAddress& address, std::string_view name) {
       url.append({'%', hexadecimal[byte >> 4U], hexadecimal[byte & 15U]});
   }
   return url;
+}
+
+bool wouldEndCommand(std::initializer_list<std::string_view> texts) {
+  constexpr std::string_view ends("\r\n\0", 3);
+  return std::ranges::any_of(texts, [](std::string_view text) { return text.find_first_of(ends) != text.npos; });
 }
 
 }  // namespace tellaxis::platform
