@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 
@@ -40,9 +41,9 @@ TYPED_TEST_P(MissingSerialPortContract, AClosedLineTakesNothing) {
 
 TYPED_TEST_P(MissingSerialPortContract, TheListNamesEveryLineOnce) {
   const auto ports = this->desk.serialPorts().list();
-  for (const auto& port : ports) {
-    EXPECT_FALSE(port.device.empty());
-    EXPECT_EQ(std::ranges::count(ports, port.device, &platform::SerialPortInfo::device), 1) << port.device;
+  for (const auto& listed : ports) {
+    EXPECT_FALSE(listed.device.empty());
+    EXPECT_EQ(std::ranges::count(ports, listed.device, &platform::SerialPortInfo::device), 1) << listed.device;
   }
 }
 
