@@ -25,6 +25,8 @@ TEST(TransferOnce, TellsWhetherTheTransferSucceeded) {
   for (const bool succeeds : {true, false}) {
     fake::Computer computer;
     request(computer, "FTP_Azione", "2");
+    request(computer, "FTP_Indirizzo", "ftp.example");
+    request(computer, "FTP_NomeFile", "chiusura.txt");
     computer.ftpClients.getSucceeds = succeeds;
     EXPECT_EQ(transferOnce(computer.host, "C:\\Tellaxis"), succeeds);
     EXPECT_EQ(computer.profiles.value(settingsFile, "Varie", "FTP_Esito"), succeeds ? "-1" : "0");

@@ -218,6 +218,8 @@ TEST(EseguiFTP, ADownloadGoesOnPastEveryFailingStep) {
   for (std::size_t i = 0; i < std::size(gets); ++i) {
     fake::Calls expected = undisturbed;
     expected.at(9) = gets[i];
+    // Without a server or a name nothing can be fetched.
+    if (reads[i] == readOf("FTP_Indirizzo") || reads[i] == readOf("FTP_NomeFile")) expected.at(11) = failedAnswer;
     if (reads[i] == readOf("FTP_Azione")) expected = thenFailed({expected.begin(), expected.begin() + 8});
     rows.push_back({.call = reads[i],
                     .dropped = undisturbed.size() - i - 1,
@@ -237,7 +239,7 @@ TEST(EseguiFTP, AnUploadGoesOnPastEveryFailingStepOfTheTransfer) {
   };
   fake::sweepFailingSteps(transferOf, {{.call = "ftp create", .dropped = 8, .instead = thenFailed({})},
                                        {.call = deleteCall, .dropped = 7, .instead = thenFailed({"ftp release"})},
-                                       {.call = lookUp, .dropped = 1, .instead = {emptyPut}},
+                                       {.call = lookUp, .dropped = 6, .instead = thenFailed({emptyPut, "ftp release"})},
                                        {.call = putCall, .dropped = 5, .instead = thenFailed({"ftp release"})}});
 }
 

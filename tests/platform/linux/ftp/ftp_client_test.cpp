@@ -245,7 +245,7 @@ TEST_F(FtpClientTest, AnUploadThatStallsIsGivenUp) {
 }
 
 TEST_F(FtpClientTest, ADownloadThatGoesOnTooSlowlyIsGivenUp) {
-  const ScriptedFtpServer server({.drips = true});
+  const ScriptedFtpServer server({.content = std::string(10'000, 'x'), .drips = true});
   write("x.txt", "before");
   const auto start = steady_clock::now();
   EXPECT_FALSE(get(server));
