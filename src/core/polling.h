@@ -10,7 +10,6 @@
 
 namespace tellaxis {
 
-
 /// Moves every waiting file of `dropFolder` into `workFolder`, then runs and deletes them in listing order. `kind` is
 /// "MF", "CR" or "RF"; of another kind files are moved and deleted, but nothing is run. The folder arguments come back
 /// with a trailing backslash. At most 101 jobs run in one pass; files beyond them are moved and stay in the work folder

@@ -58,8 +58,8 @@ void SessionWindow::run() {
   description.lpszClassName = className;
   RegisterClassW(&description);
   // A window of the desktop, not one for messages alone: those hear nothing of the session.
-  window_ = CreateWindowExW(0, className, L"", WS_OVERLAPPED, 0, 0, 0, 0, nullptr, nullptr,
-                            description.hInstance, this);
+  window_ =
+      CreateWindowExW(0, className, L"", WS_OVERLAPPED, 0, 0, 0, 0, nullptr, nullptr, description.hInstance, this);
   SetEvent(ready_.get());
   if (window_ == nullptr) return;
   MSG message;
