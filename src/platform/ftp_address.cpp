@@ -79,7 +79,7 @@ std::string urlOf(const FtpAddress& address, std::string_view name) {
 }
 
 bool wouldEndCommand(std::initializer_list<std::string_view> texts) {
-  constexpr std::string_view ends("\r\n\0", 3);
+  static constexpr std::string_view ends("\r\n\0", 3);
   return std::ranges::any_of(texts, [](std::string_view text) { return text.find_first_of(ends) != text.npos; });
 }
 

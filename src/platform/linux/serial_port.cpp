@@ -73,13 +73,14 @@ std::vector<SerialPortInfo> LinuxSerialPorts::list() {
     port.number = usualNumberOf(port.device);
     if (devices_.contains(port.number)) port.number = 0;
   }
-  for (const auto& [number, device] : devices_) {
+  for (const auto& named : devices_) {
+    const std::string& device = named.second;
     const auto listed = std::find_if(ports.begin(), ports.end(),
                                      [&](const SerialPortInfo& port) { return isSameDevice(port.device, device); });
     if (listed != ports.end())
-      listed->number = number;
+      listed->number = named.first;
     else
-      ports.push_back({.number = number, .device = device, .description = "", .heldBy = holderOf(device)});
+      ports.push_back({.number = named.first, .device = device, .description = "", .heldBy = holderOf(device)});
   }
   return ports;
 }
