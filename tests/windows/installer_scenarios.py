@@ -1,4 +1,7 @@
-"""The installer under Wine: installs, upgrades over a running copy, and leaves what is the desk's when it goes."""
+"""Not among the tests yet, since the first scenario does not pass under Wine; run by hand: python3 -m unittest
+installer_scenarios, with the environment of tests/windows/CMakeLists.txt.
+
+The installer under Wine: installs, upgrades over a running copy, and leaves what is the desk's when it goes."""
 
 import os
 import re
