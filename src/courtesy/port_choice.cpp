@@ -21,7 +21,7 @@ std::string_view withoutColon(std::string_view port) {
 
 /// One of the ports of a pool ("COM3:,COM4:"); the colon at the end does not count.
 bool isAmong(std::string_view pool, std::string_view port, Matching matching) {
-  while (withoutColon(port) != "") {
+  while (!withoutColon(port).empty()) {
     const std::size_t comma = pool.find(',');
     if (matches(withoutColon(pool.substr(0, comma)), withoutColon(port), matching)) return true;
     if (comma == std::string_view::npos) return false;

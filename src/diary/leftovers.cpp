@@ -37,7 +37,7 @@ Leftovers::Leftovers(Diary& diary, std::string_view mainFolder) : diary_(diary) 
     for (const std::string& name : files.list(folder).value_or(std::vector<std::string>())) {
       if (row.jobsRunHere && last && last->entry.device == row.device && equalIgnoringCase(last->entry.job, name))
         continue;
-      Waiting waiting{.path = folder + "\\" + name, .entry = {}};
+      Waiting waiting{.path = std::string(folder).append("\\").append(name), .entry = {}};
       waiting.entry.device = row.device;
       waiting.entry.outcome = Outcome::discarded;
       waiting.entry.bytes = contentOf(files, waiting.path).bytes;

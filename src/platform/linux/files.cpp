@@ -250,7 +250,7 @@ bool LinuxFiles::move(std::string_view from, std::string_view to) {
   return note("move", from, target ? moveFile(std::string(from), *target) : failWith(ENOENT));
 }
 
-bool LinuxFiles::moveFile(std::string path, std::string to) {
+bool LinuxFiles::moveFile(const std::string& path, std::string to) {
   std::string from;
   const Descriptor opened = openFile(path, from, patienceWithSource);
   if (!opened) return false;

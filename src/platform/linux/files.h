@@ -41,7 +41,7 @@ class LinuxFiles : public Files {
   std::optional<std::string> fileAt(std::string_view path) const;
   Descriptor openFile(std::string_view path, std::string& native, std::chrono::milliseconds patience);
   Descriptor openForContent(std::string_view path, std::string& native, std::chrono::milliseconds patience);
-  bool moveFile(std::string from, std::string to);
+  bool moveFile(const std::string& path, std::string to);
   bool removeFile(std::string native, Readings::Outcome reading);
   std::vector<std::string> movableOf(std::string_view shown, const Descriptor& folder, const std::string& native,
                                      const Descriptor& target, bool& read);

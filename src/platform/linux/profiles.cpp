@@ -178,6 +178,7 @@ Attempt store(Settling& settling, const std::string& path, Changes changes, std:
 template <class Writes>
 std::vector<Change> changesOf(const Writes& writes) {
   std::vector<Change> changes;
+  changes.reserve(writes.size());
   for (const auto& write : writes)
     changes.push_back(
         {write.section, std::optional<std::string_view>(write.key), std::optional<std::string_view>(write.value)});

@@ -32,7 +32,7 @@ std::vector<std::string> searchPath() {
 
 std::optional<std::string> onSearchPath(const std::string& name) {
   for (const std::string& folder : searchPath())
-    if (std::string program = folder + '/' + name; isFile(program)) return program;
+    if (std::string program = std::string(folder).append("/").append(name); isFile(program)) return program;
   return std::nullopt;
 }
 
