@@ -19,8 +19,8 @@
 #include "platform/linux/files/replacement.h"
 #include "platform/linux/files/writer_hold.h"
 #include "platform/linux/kernel/reason.h"
+#include "platform/linux/kernel/timed_write.h"
 #include "platform/linux/kernel/uninterrupted.h"
-#include "platform/linux/kernel/write_all.h"
 #include "text/letter_case.h"
 
 namespace tellaxis::platform {

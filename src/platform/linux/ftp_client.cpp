@@ -19,8 +19,8 @@
 #include "platform/linux/ftp/ftp_library.h"
 #include "platform/linux/kernel/loaded_library.h"
 #include "platform/linux/kernel/reason.h"
+#include "platform/linux/kernel/timed_write.h"
 #include "platform/linux/kernel/uninterrupted.h"
-#include "platform/linux/kernel/write_all.h"
 
 namespace tellaxis::platform {
 

@@ -9,8 +9,8 @@
 #include <utility>
 
 #include "platform/linux/files/new_file.h"
+#include "platform/linux/kernel/timed_write.h"
 #include "platform/linux/kernel/uninterrupted.h"
-#include "platform/linux/kernel/write_all.h"
 
 namespace tellaxis::platform {
 

@@ -13,7 +13,8 @@ namespace tellaxis::platform {
 /// Waits until one of the poll events (POLLIN, POLLOUT), an error or a hang-up comes.
 bool waitUntil(const Descriptor& descriptor, short events, std::chrono::steady_clock::time_point deadline);
 
-/// Writes everything to a descriptor that does not block. Whoever reads may take nothing for so long.
-bool writeAll(const Descriptor& descriptor, std::string_view bytes, std::chrono::milliseconds patience);
+/// Writes everything. Whoever reads from a device or pipe that does not block may take nothing for so long.
+bool writeAll(const Descriptor& descriptor, std::string_view bytes,
+              std::chrono::milliseconds patience = std::chrono::seconds(2));
 
 }  // namespace tellaxis::platform
