@@ -140,19 +140,17 @@ class FaultDesk:
         return sorted(entry.name for entry in folder.iterdir()) if folder.is_dir() else []
 
     def settle(self, seconds):
-        """Waits until no job is waiting, but no longer than this; tells whether that came. Jobs that stay in a work
-        folder while nothing else waits are left there: they could not be deleted, and are not looked at again."""
-        end = time.monotonic() + seconds
-        only_left_over_since = None
+        """Waits until no job is waiting, but no longer than this; tells whether that came. Where nothing changes for a
+        while what waits is left: it could not be deleted or moved, and is not looked at again."""
+        now = since = time.monotonic()
+        end = now + seconds
+        before = []
         while waiting := self.waiting():
             now = time.monotonic()
-            if any(not name.startswith(("IN/", "CortIN/")) for name in waiting):
-                only_left_over_since = None
-            elif only_left_over_since is None:
-                only_left_over_since = now
-            elif now - only_left_over_since > LEFT_OVER:
-                return False
-            if now > end:
+            if waiting != before:
+                before, since = waiting, now
+            in_work = all(name.startswith(("IN/", "CortIN/")) for name in waiting)
+            if now > end or now - since > (LEFT_OVER if in_work else 4 * LEFT_OVER):
                 return False
             time.sleep(0.005)
         time.sleep(0.03)
@@ -199,6 +197,15 @@ class Outcome:
             self.display[len(before.display) :],
             self.courtesy[len(before.courtesy) :],
             self.slips[len(before.slips) :],
+        )
+
+    def after(self, before):
+        """What both together bring, `before` first."""
+        return Outcome(
+            before.receipts + self.receipts,
+            before.display + self.display,
+            before.courtesy + self.courtesy,
+            before.slips + self.slips,
         )
 
     def reaches(self, expected):

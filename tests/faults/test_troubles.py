@@ -23,16 +23,16 @@ ESC_POS_BEGIN = b"\x1b@\x1bt\x10"
 class Troubles(unittest.TestCase):
     """A desk with every device; `expect` is what a round brings where nothing is wrong."""
 
-    kept = None  # a folder elsewhere for the receipts that reach the driver
-
     def make_desk(self, **more):
         desk = FaultDesk()
         self.addCleanup(desk.close)
-        if self.kept:
-            (desk.desk.root / "receipts").symlink_to(self.kept)
+        self.furnish(desk.desk)
         self.program = desk.start(**more)
         self.before_all(desk)
         return desk
+
+    def furnish(self, desk):
+        """What a desk gets before its bridge starts."""
 
     def before_all(self, desk):
         """A round without trouble, by which the later ones are measured."""
@@ -178,9 +178,19 @@ class Disk(Troubles):
         self.addCleanup(subprocess.run, ["umount", "--lazy", self.disk], check=True)
         usual, tempfile.tempdir = tempfile.tempdir, self.disk
         self.addCleanup(setattr, tempfile, "tempdir", usual)
-        # What the driver keeps is not part of the desk.
-        self.kept = tempfile.mkdtemp(dir=usual)
-        self.addCleanup(shutil.rmtree, self.kept)
+        self.elsewhere = Path(tempfile.mkdtemp(dir=usual))
+        self.addCleanup(shutil.rmtree, self.elsewhere)
+
+    def furnish(self, desk):
+        # What the driver keeps is not part of the desk. The lock is open for writing as long as the bridge runs, and no
+        # disk with such a file can be made read-only by hand, as a disk that fails makes itself.
+        receipts, lock, locked = self.elsewhere / "receipts", self.elsewhere / "lock", desk.main / ".tellaxis.lock"
+        receipts.mkdir()
+        (desk.root / "receipts").symlink_to(receipts)
+        lock.touch()
+        locked.touch()
+        subprocess.run(["mount", "--bind", lock, locked], check=True)
+        self.addCleanup(subprocess.run, ["umount", "--lazy", locked], check=True)
 
     def mount(self, *how):
         subprocess.run(["mount", *how, self.disk], check=True)
