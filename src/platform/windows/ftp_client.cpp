@@ -5,6 +5,7 @@
 // After windows.h, which it needs.
 #include <wininet.h>
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
@@ -12,6 +13,7 @@
 #include <limits>
 #include <mutex>
 #include <optional>
+#include <span>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -31,7 +33,7 @@ constexpr FtpLimits limits;
 
 /// Between two looks at a transfer, and how long one that was given up is waited for.
 constexpr std::chrono::milliseconds lookPause{100};
-constexpr std::chrono::seconds farewell{2};
+constexpr std::chrono::seconds farewell{1};
 
 constexpr std::string_view givenUp = "il trasferimento \xE8 fermo, troppo lento o interrotto";
 
@@ -56,19 +58,29 @@ std::string internetReason() {
   return systemReason(error);
 }
 
-void limitWaits(HINTERNET library) {
+void setOptions(HINTERNET handle, std::span<const std::pair<DWORD, DWORD>> options) {
+  for (auto [option, value] : options) InternetSetOptionA(handle, option, &value, sizeof value);
+}
+
+void limitLogin(HINTERNET library) {
+  constexpr DWORD longest = std::chrono::milliseconds(limits.connection).count();
+  constexpr std::pair<DWORD, DWORD> options[] = {{INTERNET_OPTION_CONNECT_TIMEOUT, longest},
+                                                 {INTERNET_OPTION_CONNECT_RETRIES, 1},
+                                                 {INTERNET_OPTION_SEND_TIMEOUT, longest},
+                                                 {INTERNET_OPTION_RECEIVE_TIMEOUT, longest}};
+  setOptions(library, options);
+}
+
+void limitTransfer(HINTERNET session) {
   // The last two are WinINet's waits on the data connection, which some headers do not name.
   constexpr DWORD dataSendTimeout = 7;
   constexpr DWORD dataReceiveTimeout = 8;
-  constexpr DWORD connection = std::chrono::milliseconds(limits.connection).count();
-  constexpr DWORD stall = std::chrono::milliseconds(limits.stall).count();
-  constexpr std::pair<DWORD, DWORD> options[] = {{INTERNET_OPTION_CONNECT_TIMEOUT, connection},
-                                                 {INTERNET_OPTION_CONNECT_RETRIES, 1},
-                                                 {INTERNET_OPTION_SEND_TIMEOUT, stall},
-                                                 {INTERNET_OPTION_RECEIVE_TIMEOUT, stall},
-                                                 {dataSendTimeout, stall},
-                                                 {dataReceiveTimeout, stall}};
-  for (auto [option, value] : options) InternetSetOptionA(library, option, &value, sizeof value);
+  constexpr DWORD longest = std::chrono::milliseconds(limits.stall).count();
+  constexpr std::pair<DWORD, DWORD> options[] = {{INTERNET_OPTION_SEND_TIMEOUT, longest},
+                                                 {INTERNET_OPTION_RECEIVE_TIMEOUT, longest},
+                                                 {dataSendTimeout, longest},
+                                                 {dataReceiveTimeout, longest}};
+  setOptions(session, options);
 }
 
 /// One operation of a server, carried out by a thread of its own: WinINet may wait longer than it was told to, and is
@@ -82,21 +94,24 @@ class Operation {
 
   void carryOut() {
     const HINTERNET library = InternetOpenA("Tellaxis", INTERNET_OPEN_TYPE_DIRECT, nullptr, nullptr, 0);
-    if (library != nullptr) limitWaits(library);
+    if (library != nullptr) limitLogin(library);
     if (!keep(library)) return;
     const INTERNET_PORT port = address.port != 0 ? address.port : INTERNET_DEFAULT_FTP_PORT;
     const HINTERNET session = InternetConnectA(library, address.host.c_str(), port, user.c_str(), password.c_str(),
                                                INTERNET_SERVICE_FTP, INTERNET_FLAG_PASSIVE, 0);
     if (!keep(session)) return;
+    loggedIn_ = true;
+    limitTransfer(session);
     finish(work(session) ? std::nullopt : std::optional(internetReason()));
   }
 
-  /// Why it failed, or nothing. Given up as soon as `unwanted` says so, and ended or not.
+  /// Why it failed, or nothing. Given up as soon as `unwanted` says so or the login takes too long, and ended or not.
   std::optional<std::string> result(const std::function<bool()>& unwanted) {
+    const auto loginEnd = std::chrono::steady_clock::now() + limits.connection;
     std::unique_lock lock(mutex_);
     const auto over = [this] { return ended_; };
     while (!changed_.wait_for(lock, lookPause, over)) {
-      if (!unwanted()) continue;
+      if (!unwanted() && (loggedIn_ || std::chrono::steady_clock::now() < loginEnd)) continue;
       closeHandles();
       changed_.wait_for(lock, farewell, over);
       return std::string(givenUp);
@@ -131,6 +146,7 @@ class Operation {
     while (!handles_.empty()) handles_.pop_back();
   }
 
+  std::atomic<bool> loggedIn_ = false;
   std::mutex mutex_;
   std::condition_variable changed_;
   std::vector<InternetHandle> handles_;
