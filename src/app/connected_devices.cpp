@@ -2,14 +2,14 @@
 #include "app/connected_devices.h"
 
 #include "connect/take_over.h"
-#include "courtesy/entry.h"
+#include "courtesy/job.h"
 #include "courtesy/setup.h"
-#include "display/display.h"
+#include "display/job.h"
 #include "display/setup.h"
-#include "fiscal/invia.h"
+#include "fiscal/job.h"
 #include "fiscal/setup.h"
+#include "slip/job.h"
 #include "slip/setup.h"
-#include "slip/slip_job.h"
 
 namespace tellaxis {
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "connect/batch_file.h"
-#include "core/ini.h"
+#include "core/ini/ini.h"
 #include "platform/files.h"
 
 namespace tellaxis {

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "connect/dial_up.h"
-#include "core/ini.h"
+#include "core/ini/ini.h"
 #include "platform/files.h"
 #include "platform/ftp_client.h"
 #include "platform/locale.h"

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "connect/batch_file.h"
-#include "core/ini.h"
+#include "core/ini/ini.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/locale.h"

@@ -5,7 +5,7 @@
 #include <array>
 #include <string>
 
-#include "core/ini.h"
+#include "core/ini/ini.h"
 
 namespace tellaxis {
 

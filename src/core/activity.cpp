@@ -4,7 +4,7 @@
 #include <exception>
 #include <utility>
 
-#include "core/values.h"
+#include "core/ini/values.h"
 #include "text/trimmed.h"
 
 namespace tellaxis {

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "core/bridge.h"
-#include "core/values.h"
+#include "core/ini/values.h"
 
 namespace tellaxis {
 

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "core/fiscal_outcome.h"
-#include "core/main_form.h"
+#include "core/form/main_form.h"
 #include "core/settings.h"
 #include "platform/bridge_options.h"
 #include "platform/host.h"

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <variant>
 
-#include "core/main_form.h"
+#include "core/form/main_form.h"
 #include "core/settings.h"
 
 namespace tellaxis {

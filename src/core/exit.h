@@ -2,8 +2,8 @@
 #pragma once
 
 #include "core/bridge.h"
+#include "core/form/window.h"
 #include "core/tray_icon.h"
-#include "core/window.h"
 
 namespace tellaxis {
 

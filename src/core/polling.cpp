@@ -7,7 +7,7 @@
 #include <exception>
 #include <limits>
 
-#include "core/ini.h"
+#include "core/ini/ini.h"
 #include "core/prompt.h"
 #include "platform/clock.h"
 #include "platform/files.h"

@@ -5,7 +5,7 @@
 
 #include "core/bridge.h"
 #include "core/catalogue.h"
-#include "core/ini.h"
+#include "core/ini/ini.h"
 #include "platform/locale.h"
 #include "platform/trace.h"
 #include "text/overloaded.h"

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "core/values.h"
+#include "core/ini/values.h"
 
 namespace tellaxis {
 

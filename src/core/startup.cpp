@@ -4,7 +4,7 @@
 #include <string_view>
 #include <utility>
 
-#include "core/ini.h"
+#include "core/ini/ini.h"
 #include "platform/files.h"
 #include "platform/locale.h"
 #include "platform/profiles.h"

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "core/bridge.h"
-#include "core/window.h"
+#include "core/form/window.h"
 
 namespace tellaxis {
 

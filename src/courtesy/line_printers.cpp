@@ -1,7 +1,7 @@
 // Line printers: line filters and document ends.
 #include "courtesy/line_printers.h"
 
-#include "core/text_lines.h"
+#include "core/input/text_lines.h"
 #include "courtesy/port_choice.h"
 #include "courtesy/sostituisci_testo.h"
 #include "platform/files.h"

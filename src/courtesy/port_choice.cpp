@@ -1,7 +1,7 @@
 // Port choice: port names and the walk over the installed printers.
 #include "courtesy/port_choice.h"
 
-#include "core/values.h"
+#include "core/ini/values.h"
 #include "platform/locale.h"
 #include "text/letter_case.h"
 #include "text/trimmed.h"

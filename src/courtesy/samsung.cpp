@@ -2,7 +2,7 @@
 #include "courtesy/samsung.h"
 
 #include "core/application.h"
-#include "core/text_lines.h"
+#include "core/input/text_lines.h"
 #include "courtesy/port_choice.h"
 #include "courtesy/samsung_lines.h"
 #include "courtesy/samsung_markup.h"

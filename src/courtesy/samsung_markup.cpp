@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "core/values.h"
+#include "core/ini/values.h"
 #include "platform/locale.h"
 #include "platform/trace.h"
 

@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "core/text_lines.h"
-#include "core/values.h"
+#include "core/ini/values.h"
+#include "core/input/text_lines.h"
 #include "platform/files.h"
 #include "platform/locale.h"
 #include "platform/trace.h"

@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "core/ini.h"
-#include "core/values.h"
+#include "core/ini/ini.h"
+#include "core/ini/values.h"
 #include "courtesy/printer_types.h"
 #include "platform/locale.h"
 #include "platform/printers.h"

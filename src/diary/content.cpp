@@ -1,7 +1,7 @@
 // Content: one reading of the file (FNV-1a).
 #include "diary/content.h"
 
-#include "core/input_bytes.h"
+#include "core/input/input_bytes.h"
 
 namespace tellaxis {
 

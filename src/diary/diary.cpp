@@ -5,7 +5,7 @@
 #include <charconv>
 #include <utility>
 
-#include "core/text_lines.h"
+#include "core/input/text_lines.h"
 #include "diary/reader.h"
 #include "platform/files.h"
 #include "text/code_page.h"

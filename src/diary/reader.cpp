@@ -5,7 +5,7 @@
 #include <unordered_map>
 #include <utility>
 
-#include "core/text_lines.h"
+#include "core/input/text_lines.h"
 
 namespace tellaxis {
 

@@ -5,7 +5,7 @@
 #include <iterator>
 #include <string>
 
-#include "core/ini.h"
+#include "core/ini/ini.h"
 #include "display/families.h"
 
 namespace tellaxis {

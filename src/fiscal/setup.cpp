@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <string>
 
-#include "core/ini.h"
+#include "core/ini/ini.h"
 #include "fiscal/models.h"
 
 namespace tellaxis {

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "platform/bridge_options.h"
-#include "platform/line_settings.h"
 #include "platform/printers.h"
+#include "platform/serial/line_settings.h"
 
 namespace tellaxis::platform {
 

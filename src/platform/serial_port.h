@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/line_settings.h"
+#include "platform/serial/line_settings.h"
 
 namespace tellaxis::platform {
 

@@ -1,7 +1,7 @@
 // Printers list: the form that shows every installed printer with its port.
 #pragma once
 
-#include "core/main_form.h"
+#include "core/form/main_form.h"
 #include "platform/host.h"
 
 namespace tellaxis {

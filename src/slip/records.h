@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "core/text_lines.h"
+#include "core/input/text_lines.h"
 
 namespace tellaxis {
 

@@ -1,7 +1,7 @@
 // Setup: filling the list and following the choice.
 #include "slip/setup.h"
 
-#include "core/ini.h"
+#include "core/ini/ini.h"
 #include "platform/printers.h"
 
 namespace tellaxis {

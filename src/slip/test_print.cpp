@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "core/application.h"
-#include "core/values.h"
+#include "core/ini/values.h"
 #include "platform/dialogs.h"
 #include "platform/locale.h"
 #include "platform/printers.h"

@@ -10,7 +10,7 @@
 #include <functional>
 #include <vector>
 
-#include "core/main_form.h"
+#include "core/form/main_form.h"
 #include "ui/main_layout.h"
 
 namespace tellaxis::ui {

@@ -8,7 +8,7 @@
 
 #include "core/activity.h"
 #include "core/catalogue.h"
-#include "core/main_form.h"
+#include "core/form/main_form.h"
 
 namespace tellaxis::ui {
 

@@ -12,7 +12,7 @@
 
 #include "core/application.h"
 #include "core/exit.h"
-#include "core/ini.h"
+#include "core/ini/ini.h"
 #include "core/settings.h"
 #include "courtesy/serial_printer.h"
 #include "courtesy/setup.h"

@@ -10,8 +10,8 @@
 
 #include "core/activity.h"
 #include "core/bridge.h"
+#include "core/form/window.h"
 #include "core/tray_icon.h"
-#include "core/window.h"
 #include "ui/bound_controls.h"
 #include "ui/status_strip.h"
 

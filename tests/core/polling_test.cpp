@@ -7,7 +7,7 @@
 #include <new>
 
 #include "core/fake_devices.h"
-#include "core/ini.h"
+#include "core/ini/ini.h"
 #include "core/step_failed.h"
 #include "fake/computer.h"
 #include "fake/sweep.h"

@@ -6,7 +6,7 @@
 
 #include "core/catalogue.h"
 #include "core/fake_devices.h"
-#include "core/ini.h"
+#include "core/ini/ini.h"
 #include "fake/computer.h"
 #include "fake/sweep.h"
 

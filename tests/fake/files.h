@@ -8,7 +8,7 @@
 #include "fake/journal.h"
 #include "fake/names.h"
 #include "platform/files.h"
-#include "platform/readings.h"
+#include "platform/files/readings.h"
 
 namespace tellaxis::fake {
 

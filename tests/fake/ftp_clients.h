@@ -4,7 +4,7 @@
 #include <string>
 
 #include "fake/journal.h"
-#include "platform/ftp_address.h"
+#include "platform/ftp/ftp_address.h"
 #include "platform/ftp_client.h"
 #include "platform/trace.h"
 

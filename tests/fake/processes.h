@@ -7,8 +7,8 @@
 #include <string>
 
 #include "fake/journal.h"
-#include "platform/command_line.h"
 #include "platform/processes.h"
+#include "platform/processes/command_line.h"
 #include "platform/trace.h"
 
 namespace tellaxis::fake {

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "core/window.h"
+#include "core/form/window.h"
 #include "fake/journal.h"
 
 namespace tellaxis::fake {

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "core/bridge.h"
-#include "courtesy/entry.h"
+#include "courtesy/job.h"
 #include "fake/computer.h"
 
 namespace {

@@ -10,8 +10,8 @@
 #include "core/bridge.h"
 #include "core/step_failed.h"
 #include "fake/computer.h"
+#include "slip/job.h"
 #include "slip/records.h"
-#include "slip/slip_job.h"
 
 namespace {
 

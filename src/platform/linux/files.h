@@ -5,10 +5,10 @@
 #include <optional>
 
 #include "platform/files.h"
+#include "platform/files/readings.h"
 #include "platform/linux/files/failed_moves.h"
 #include "platform/linux/files/paths.h"
 #include "platform/linux/files/settling.h"
-#include "platform/readings.h"
 #include "platform/trace.h"
 
 namespace tellaxis::platform {

@@ -11,9 +11,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/command_line.h"
 #include "platform/linux/kernel/reason.h"
 #include "platform/linux/processes/program_file.h"
+#include "platform/processes/command_line.h"
 
 namespace tellaxis::platform {
 

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/serial_line.h"
+#include "platform/serial/serial_line.h"
 #include "platform/serial_port.h"
 #include "platform/trace.h"
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/files.h"
-#include "platform/readings.h"
+#include "platform/files/readings.h"
 #include "platform/trace.h"
 
 namespace tellaxis::platform {

@@ -19,8 +19,8 @@
 #include <utility>
 #include <vector>
 
-#include "platform/ftp_address.h"
-#include "platform/ftp_limits.h"
+#include "platform/ftp/ftp_address.h"
+#include "platform/ftp/ftp_limits.h"
 #include "platform/program.h"
 #include "platform/windows/files/file_operations.h"
 #include "platform/windows/kernel/native.h"

@@ -4,7 +4,7 @@
 #include <functional>
 #include <optional>
 
-#include "platform/command_line.h"
+#include "platform/processes/command_line.h"
 #include "platform/windows/kernel/native.h"
 #include "platform/windows/kernel/patient_wait.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/serial_line.h"
+#include "platform/serial/serial_line.h"
 #include "platform/serial_port.h"
 #include "platform/trace.h"
 

@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <iterator>
 
-#include "platform/ftp_address.h"
+#include "platform/ftp/ftp_address.h"
 
 namespace tellaxis::platform {
 

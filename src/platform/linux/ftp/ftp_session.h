@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/ftp_limits.h"
+#include "platform/ftp/ftp_limits.h"
 
 namespace tellaxis::platform {
 

@@ -7,8 +7,8 @@
 #include <optional>
 #include <string>
 
-#include "platform/line_settings.h"
 #include "platform/printing/escpos_printer.h"
+#include "platform/serial/line_settings.h"
 #include "platform/trace.h"
 
 namespace tellaxis::platform {

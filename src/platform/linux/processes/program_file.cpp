@@ -5,7 +5,7 @@
 
 #include <cstdlib>
 
-#include "platform/command_line.h"
+#include "platform/processes/command_line.h"
 
 namespace tellaxis::platform {
 

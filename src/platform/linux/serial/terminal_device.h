@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "platform/linux/kernel/descriptor.h"
-#include "platform/serial_line.h"
+#include "platform/serial/serial_line.h"
 
 namespace tellaxis::platform {
 

@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include "platform/line_settings.h"
+#include "platform/serial/line_settings.h"
 
 namespace tellaxis::platform {
 

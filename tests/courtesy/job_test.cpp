@@ -1,0 +1,31 @@
+// Entry: every printer type and what prints it.
+#include "courtesy/job.h"
+
+#include "courtesy_desk.h"
+
+namespace tellaxis {
+namespace {
+
+using fake::Calls;
+using testing::IsEmpty;
+
+Calls callsOf(std::string_view type) {
+  CourtesyDesk desk("SAMSUNG SRP-500", "N:SCO:TXT:riga\r\n");
+  desk.bridge.settings.Cort_Printer = type;
+  return desk.print(Cort_StampaFile);
+}
+
+TEST(CortStampaFile, PrintsAsTheChosenTypePrints) {
+  EXPECT_THAT(callsOf("OLIVETTI PRT100 NonFiscale"), testing::Contains("FontName FontA11"));
+  EXPECT_THAT(callsOf("SAMSUNG"), testing::Contains("Print w"));
+  EXPECT_THAT(callsOf("DPT-282"), testing::Contains("serial write COM3 \x1Bm"));
+  EXPECT_THAT(callsOf("UNIPOS MERIDIA"), testing::Contains("FontName Courier New"));
+}
+
+TEST(CortStampaFile, PrintsNothingForAnyOtherType) {
+  for (const std::string_view type : {"NON PRESENTE", "", "samsung", "SAMSUNG ", "DPT282", "OLIVETTI"})
+    EXPECT_THAT(callsOf(type), IsEmpty()) << type;
+}
+
+}  // namespace
+}  // namespace tellaxis
