@@ -1,5 +1,5 @@
-# HostHeaders: header-only libraries as targets header::cli11, header::tomlplusplus and
-# header::json. A cross build gets each of them by a link of its own: /usr/include itself is never on its path.
+# HostHeaders: header-only libraries as targets header::tomlplusplus and header::json. A cross build gets each of them
+# by a link of its own: /usr/include itself is never on its path.
 function(tellaxis_header_library name header)
   cmake_parse_arguments(ARG "" "" "ENTRIES;DEFINITIONS" ${ARGN})
   add_library(tellaxis_header_${name} INTERFACE)
@@ -24,6 +24,5 @@ function(tellaxis_header_library name header)
   endif()
 endfunction()
 
-tellaxis_header_library(cli11 CLI/CLI.hpp ENTRIES CLI)
 tellaxis_header_library(tomlplusplus toml++/toml.h ENTRIES toml++)
 tellaxis_header_library(json nlohmann/json.hpp ENTRIES nlohmann)

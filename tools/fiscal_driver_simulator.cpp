@@ -1,5 +1,4 @@
 // Fiscal driver simulator: behaves like the makers' driver programs, so that receipts can be tried without a printer.
-#include <CLI/CLI.hpp>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -10,7 +9,14 @@
 #include <system_error>
 #include <thread>
 
+#include "arguments.h"
+
 namespace {
+
+using tellaxis::tools::Argument;
+using tellaxis::tools::into;
+using tellaxis::tools::numberInto;
+using tellaxis::tools::readArguments;
 
 namespace fs = std::filesystem;
 using std::chrono::milliseconds;
@@ -113,25 +119,15 @@ int watch(const Driver& driver) {
 int main(int count, char** words) {
   Driver driver;
   int work = 100;
-  CLI::App application;
-  application.set_help_flag();
-  application.require_subcommand(0, 1);
-  application.fallthrough();
   bool showHelp = false;
-  application.add_flag("--help,-h", showHelp);
-  application.add_option("--input", driver.input);
-  application.add_option("--output", driver.output);
-  application.add_option("--work", work)->check(CLI::NonNegativeNumber);
-  application.add_option("--receipts", driver.receipts);
-  application.add_flag("--never", driver.never);
-  application.add_flag("--dies", driver.dies);
-  application.add_option("--count", driver.stopAfter)->check(CLI::NonNegativeNumber);
-  const CLI::App* program = application.add_subcommand("program");
-  const CLI::App* watcher = application.add_subcommand("watch");
-  try {
-    application.parse(count, words);
-  } catch (const CLI::ParseError& error) {
-    std::fprintf(stderr, "argomenti non validi: %s\n", error.what());
+  const Argument known[] = {
+      {"help", false, into(showHelp)},           {"input", true, into(driver.input)},
+      {"output", true, into(driver.output)},     {"work", true, numberInto(work, 0)},
+      {"receipts", true, into(driver.receipts)}, {"never", false, into(driver.never)},
+      {"dies", false, into(driver.dies)},        {"count", true, numberInto(driver.stopAfter, 0)}};
+  const auto others = readArguments(count, words, known);
+  if (!others || others->size() > 1) {
+    std::fputs("argomenti non validi; --help li elenca\n", stderr);
     return statusUnusable;
   }
   if (showHelp) {
@@ -139,12 +135,13 @@ int main(int count, char** words) {
     return 0;
   }
   driver.work = milliseconds(work);
-  const bool complete = !driver.input.empty() && (!program->parsed() || !driver.output.empty());
-  if (!complete || (!program->parsed() && !watcher->parsed())) {
+  const std::string kind = others->empty() ? "" : others->front();
+  const bool asProgram = kind == "program" && !driver.output.empty();
+  if (driver.input.empty() || (!asProgram && kind != "watch")) {
     std::fputs(std::string(help).c_str(), stderr);
     return statusUnusable;
   }
   std::signal(SIGINT, requestStop);
   std::signal(SIGTERM, requestStop);
-  return program->parsed() ? runAsProgram(driver) : watch(driver);
+  return asProgram ? runAsProgram(driver) : watch(driver);
 }

@@ -5,7 +5,6 @@
 #include <termios.h>
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -13,12 +12,17 @@
 #include <fstream>
 #include <string>
 
+#include "arguments.h"
 #include "display_picture.h"
 
 namespace {
 
+using tellaxis::tools::Argument;
 using tellaxis::tools::DisplayPicture;
 using tellaxis::tools::framed;
+using tellaxis::tools::into;
+using tellaxis::tools::numberInto;
+using tellaxis::tools::readArguments;
 
 constexpr const char* help = R"(Uso: pole_display [opzioni]     un display cliente simulato, fino a Ctrl-C
 
@@ -46,18 +50,13 @@ struct Options {
 
 Options readOptions(int count, char** words) {
   Options options;
-  CLI::App application;
-  application.set_help_flag();
-  application.add_option("--link", options.link);
-  application.add_flag("--once", options.once);
-  application.add_option("--silence", options.silence)->check(CLI::Range(1, 3'600'000));
-  application.add_option("--bytes", options.bytesFile);
-  application.add_flag("--help,-h", options.help);
-  try {
-    application.parse(count, words);
-  } catch (const CLI::ParseError&) {
-    giveUp("argomenti non validi; --help li elenca");
-  }
+  const Argument known[] = {{"link", true, into(options.link)},
+                            {"once", false, into(options.once)},
+                            {"silence", true, numberInto(options.silence, 1)},
+                            {"bytes", true, into(options.bytesFile)},
+                            {"help", false, into(options.help)}};
+  const auto others = readArguments(count, words, known);
+  if (!others || !others->empty()) giveUp("argomenti non validi; --help li elenca");
   return options;
 }
 

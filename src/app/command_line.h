@@ -1,30 +1,25 @@
 // Command line: the options of both programs, checked and turned into plain data.
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <variant>
 
 #include "app/diary_command.h"
+#include "app/options.h"
 #include "platform/clock.h"
 #include "platform/system.h"
 
 namespace tellaxis {
 
-/// Staying to poll, or one operation and an end.
-enum class Command : std::uint8_t { stay, ftp, pianificate, diario, ristampa };
-
-/// Whether a program offers the commands that are one operation.
-enum class OneShots : std::uint8_t { refused, offered };
-
 /// What the arguments ask for.
 struct CommandLine {
   platform::SystemOptions system;
-  bool endsOther = false;     ///< ask the copy on this main folder to end, and do nothing else
-  int pollingInterval = 500;  ///< milliseconds
   Command command = Command::stay;
+  bool endsOther = false;                 ///< ask the copy on this main folder to end, and do nothing else
+  int pollingInterval = 500;              ///< milliseconds
   std::string stationRole = "CLIENT";     ///< of `pianificate`
   std::optional<platform::DateTime> now;  ///< of `pianificate`: the minute to pretend
   DiaryRequest diary;                     ///< of `diario` and `ristampa`
@@ -43,7 +38,6 @@ inline constexpr int statusSecondCopy = 3;
 inline constexpr int statusNoCopy = 4;
 
 /// Reads the arguments that follow the program's name, in UTF-8. An unusable one gives an Italian line that names it.
-std::variant<CommandLine, EndAtOnce> readCommandLine(std::string_view program, std::span<const std::string> arguments,
-                                                     OneShots oneShots = OneShots::refused);
+std::variant<CommandLine, EndAtOnce> readCommandLine(std::string_view program, std::span<const std::string> words);
 
 }  // namespace tellaxis

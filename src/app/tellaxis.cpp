@@ -112,7 +112,7 @@ int run(const CommandLine& line) {
 int main(int count, char** words) {
   try {
     const std::vector<std::string> arguments = platform::programArguments(count, words);
-    const auto read = readCommandLine(program, arguments, OneShots::offered);
+    const auto read = readCommandLine(program, arguments);
     if (const auto* message = std::get_if<EndAtOnce>(&read)) {
       say(message->status == 0 ? stdout : stderr, message->text);
       return message->status;

@@ -94,7 +94,7 @@ int run(const CommandLine& line) {
 int main(int count, char** words) {
   try {
     const std::vector<std::string> arguments = platform::programArguments(count, words);
-    const auto read = readCommandLine(program, arguments, OneShots::offered);
+    const auto read = readCommandLine(program, arguments);
     if (const auto* message = std::get_if<EndAtOnce>(&read)) return end(*message);
     return run(std::get<CommandLine>(read));
   } catch (const std::exception& failure) {

@@ -10,11 +10,9 @@ namespace tellaxis {
 namespace {
 
 using testing::HasSubstr;
-using testing::Not;
 
-std::variant<CommandLine, EndAtOnce> read(const std::vector<std::string>& arguments,
-                                          OneShots oneShots = OneShots::offered) {
-  return readCommandLine("tellaxisd", arguments, oneShots);
+std::variant<CommandLine, EndAtOnce> read(const std::vector<std::string>& arguments) {
+  return readCommandLine("tellaxisd", arguments);
 }
 
 CommandLine taken(const std::vector<std::string>& arguments) {
@@ -23,8 +21,8 @@ CommandLine taken(const std::vector<std::string>& arguments) {
   return std::get<CommandLine>(result);
 }
 
-std::string refused(const std::vector<std::string>& arguments, OneShots oneShots = OneShots::offered) {
-  const auto result = read(arguments, oneShots);
+std::string refused(const std::vector<std::string>& arguments) {
+  const auto result = read(arguments);
   const auto* end = std::get_if<EndAtOnce>(&result);
   if (end == nullptr) return "taken";
   EXPECT_EQ(end->status, 2);
@@ -95,11 +93,22 @@ TEST(CommandLine, AnUnknownOrSecondCommandIsNamed) {
   EXPECT_THAT(refused({"pianificate", "--now"}), HasSubstr("--now"));
 }
 
-TEST(CommandLine, AProgramWithoutOneShotsKnowsNothingOfThem) {
-  EXPECT_EQ(refused({"ftp"}, OneShots::refused), "tellaxisd: argomento sconosciuto: ftp\n");
-  EXPECT_EQ(refused({"--now", "2003-03-07 09:30"}, OneShots::refused), "tellaxisd: argomento sconosciuto: --now\n");
-  const auto help = std::get<EndAtOnce>(read({"--help"}, OneShots::refused));
-  EXPECT_THAT(help.text, Not(HasSubstr("pianificate")));
+TEST(CommandLine, AnOptionWithoutItsValueIsNamed) {
+  EXPECT_EQ(refused({"--interval"}), "tellaxisd: argomento senza valore: --interval\n");
+  EXPECT_EQ(refused({"pianificate", "--now"}), "tellaxisd: argomento senza valore: --now\n");
+  EXPECT_EQ(refused({"--trace=si"}), "tellaxisd: argomento sconosciuto: --trace=si\n");
+}
+
+TEST(CommandLine, AnOptionIsGivenOnceOnlyADriveMayBeGivenAgain) {
+  EXPECT_EQ(refused({"--interval", "50", "--interval", "60"}), "tellaxisd: --interval: basta una volta\n");
+  EXPECT_EQ(taken({"--drive", "C=/b", "--drive", "d=/e/"}).system.drives.at('D'), "/e");
+}
+
+TEST(CommandLine, OnlyACommandThatTakesAWordGetsOne) {
+  EXPECT_EQ(taken({"ristampa", "a1"}).diary.id, "a1");
+  EXPECT_EQ(refused({"ristampa", "a1", "b2"}), "tellaxisd: argomento sconosciuto: b2\n");
+  EXPECT_EQ(refused({"ristampa"}), "tellaxisd: ristampa: serve l'ID del lavoro, come lo mostra diario\n");
+  EXPECT_EQ(refused({"diario", "a1"}), "tellaxisd: argomento sconosciuto: a1\n");
 }
 
 TEST(CommandLine, TheHelpNamesCommandsAndOptions) {
@@ -108,7 +117,16 @@ TEST(CommandLine, TheHelpNamesCommandsAndOptions) {
   for (const std::string_view name : {"ftp", "pianificate", "--postazione", "--now", "--main-folder", "--drive",
                                       "--devices", "--interval", "--locale", "--trace", "--help", "--version"})
     EXPECT_THAT(help.text, HasSubstr(std::string(name)));
-  EXPECT_THAT(help.text, Not(HasSubstr("@")));
+  EXPECT_EQ(std::get<EndAtOnce>(read({"-h"})).text, help.text);
+}
+
+TEST(CommandLine, TheHelpFitsAScreen) {
+  const auto help = std::get<EndAtOnce>(read({"--help"})).text;
+  for (std::size_t begin = 0, end = 0; begin < help.size(); begin = end + 1) {
+    end = help.find('\n', begin);
+    EXPECT_LE(end - begin, 95U) << help.substr(begin, end - begin);
+    EXPECT_NE(help[end - 1], ' ') << help.substr(begin, end - begin);
+  }
 }
 
 }  // namespace
