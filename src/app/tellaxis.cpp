@@ -5,12 +5,14 @@
 #include <cstdio>
 #include <exception>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "app/command_line.h"
 #include "app/end_copy.h"
 #include "app/one_shot.h"
+#include "app/second_copy.h"
 #include "app/window_program.h"
 #include "core/activity.h"
 #include "platform/instance.h"
@@ -75,6 +77,9 @@ int showWindow(const WindowSurroundings& surroundings, const std::string& mainFo
 
 /// One operation, without a window: unlike the program without one it brings no console window to the screen.
 int carryOut(const CommandLine& line, const std::string& mainFolder) {
+  // A transfer that is asked to stop says in the settings file that it is over.
+  std::optional<platform::StopRequest> stop;
+  if (line.command == Command::ftp) stop.emplace();
   auto opened = platform::openSystem(line.system);
   if (const auto* error = std::get_if<platform::SystemError>(&opened)) return complain(error->message, statusUnusable);
   const auto sayResult = [](const CommandResult& result) { say(result.status == 0 ? stdout : stderr, result.text); };
@@ -98,7 +103,7 @@ int run(const CommandLine& line) {
   if (const auto* error = std::get_if<platform::SystemError>(&opened)) return complain(error->message, statusUnusable);
   const auto lock = platform::lockMainFolder(folder);
   if (!lock && platform::callWindow(folder)) return 0;
-  if (!lock) return complain("un'altra copia, senza finestra, serve già la cartella " + folder, statusSecondCopy);
+  if (!lock) return complain(refusalOf(folder, "un'altra copia, senza finestra,"), statusSecondCopy);
   stop.heed(folder);
   const auto calls = platform::listenForWindowCalls(folder);
 

@@ -12,6 +12,7 @@
 #include "app/job_diary.h"
 #include "app/one_shot.h"
 #include "app/resident.h"
+#include "app/second_copy.h"
 #include "core/activity.h"
 #include "core/bridge.h"
 #include "platform/instance.h"
@@ -48,7 +49,7 @@ int stay(const CommandLine& line, const std::string& mainFolder) {
   auto opened = platform::openSystem(options);
   if (const auto* error = std::get_if<platform::SystemError>(&opened)) return complain(error->message, statusUnusable);
   const auto lock = platform::lockMainFolder(line.system.mainFolder);
-  if (!lock) return complain("un'altra copia serve gi\xC3\xA0 la cartella " + line.system.mainFolder, statusSecondCopy);
+  if (!lock) return complain(refusalOf(line.system.mainFolder, "un'altra copia"), statusSecondCopy);
 
   stop.heed(line.system.mainFolder);
   platform::System& system = *std::get<std::unique_ptr<platform::System>>(opened);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <string_view>
 
 namespace tellaxis::platform {
@@ -15,6 +16,10 @@ class InstanceLock {
 /// The lock of `mainFolder`, or null when another copy holds it or it cannot be known that none does, as in a folder
 /// that this user may not write. A copy that died without a word holds nothing.
 std::unique_ptr<InstanceLock> lockMainFolder(std::string_view mainFolder);
+
+/// Which file keeps the lock of `mainFolder` from being had, and why, in UTF-8; empty where it is another copy that
+/// does.
+std::string whyUnlockable(std::string_view mainFolder);
 
 /// Asks the copy that holds the lock of `mainFolder` to end, as Ctrl-C would. To be asked once: a second request may
 /// end the copy in the middle of a job. False when there is no such copy, or none that this user may ask.

@@ -13,6 +13,7 @@ from pathlib import Path
 from wine_desk import WineDesk
 
 PROGRAM = Path(os.environ["TELLAXISD"])
+WINDOW_PROGRAM = Path(os.environ.get("TELLAXIS", "tellaxis"))
 TOOLS = Path(os.environ["TELLAXIS_TOOLS"])
 EMULATOR = os.environ.get("TELLAXIS_EMULATOR", "").split()
 ON_WINDOWS = bool(EMULATOR)
@@ -30,12 +31,12 @@ def tool(name):
 
 
 class Program:
-    """A running tellaxisd whose output is gathered line by line."""
+    """A running program, tellaxisd as a rule, whose output is gathered line by line; started by the command `before`, if there is one."""
 
-    def __init__(self, arguments, environment=None):
+    def __init__(self, arguments, environment=None, before=(), program=PROGRAM):
         self.started = time.monotonic()
         self.process = subprocess.Popen(
-            [*EMULATOR, str(PROGRAM), *arguments],
+            [*before, *EMULATOR, str(program), *arguments],
             stdin=subprocess.DEVNULL,
             stdout=subprocess.PIPE,
             stderr=subprocess.PIPE,
@@ -97,6 +98,7 @@ class Desk:
         self.drive_c = self.root / "c"
         self.settings_file = self.main / "_Tellaxis.ini"
         self.programs = []
+        self.before = []
         for folder in (self.main, self.drive_c, self.drive_c / "Tellaxis", self.drive_c / "MERIDIA"):
             folder.mkdir()
         self.wine = WineDesk(self.root, self.drive_c, EMULATOR) if ON_WINDOWS else None
@@ -168,8 +170,8 @@ class Desk:
         program.wait_until_ready()
         return program
 
-    def launch(self, *arguments, environment=None):
-        program = Program(arguments, {**self.environment(), **(environment or {})})
+    def launch(self, *arguments, environment=None, program=PROGRAM):
+        program = Program(arguments, {**self.environment(), **(environment or {})}, self.before, program)
         self.programs.append(program)
         return program
 

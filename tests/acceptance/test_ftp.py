@@ -5,7 +5,7 @@ import time
 import unittest
 
 from ftp_servers import PASSWORD, USER, HangingUpServer, PlainServer, SilentServer, TlsServer
-from harness import ON_WINDOWS, Program, Scenario, wait_for
+from harness import ON_WINDOWS, PROGRAM, WINDOW_PROGRAM, Program, Scenario, wait_for
 
 UPLOAD = 1
 DOWNLOAD = 2
@@ -134,8 +134,16 @@ class Transfers(FtpScenario):
 
     @unittest.skipIf(ON_WINDOWS, "the system's own limits hold there")
     def test_a_stop_ends_the_transfer_and_says_so(self):
+        self.stop_ends_the_transfer_of(PROGRAM)
+
+    @unittest.skipIf(ON_WINDOWS, "a program without a console is asked in another way there")
+    @unittest.skipUnless(WINDOW_PROGRAM.is_file(), "the program with a window is not built")
+    def test_a_stop_ends_the_transfer_of_the_program_with_a_window_too(self):
+        self.stop_ends_the_transfer_of(WINDOW_PROGRAM)
+
+    def stop_ends_the_transfer_of(self, program_file):
         self.request(self.serve(SilentServer()), DOWNLOAD)
-        program = self.desk.launch(*self.desk.arguments(), "ftp")
+        program = self.desk.launch(*self.desk.arguments(), "ftp", program=program_file)
         wait_for(lambda: self.desk.read_settings().get("FTP_Finish") == "In Corso", "the transfer under way")
         self.assertEqual(program.stop(), 1)
         settings = self.desk.read_settings()

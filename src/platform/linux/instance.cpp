@@ -14,7 +14,9 @@
 #include "platform/linux/files/stale_files.h"
 #include "platform/linux/kernel/descriptor.h"
 #include "platform/linux/kernel/lock_holder.h"
+#include "platform/linux/kernel/reason.h"
 #include "platform/linux/kernel/uninterrupted.h"
+#include "text/code_page.h"
 
 namespace tellaxis::platform {
 
@@ -30,10 +32,12 @@ class FileLock : public InstanceLock {
   Descriptor file_;
 };
 
+std::string lockFileOf(std::string_view mainFolder) { return std::string(mainFolder).append(lockName); }
+
 /// The lock file, open for writing: file systems of the network lock only such. One that is made here belongs to the
 /// folder's owner, so that a copy started by another user does not lock the owner out for good.
 Descriptor openLock(const std::string& mainFolder) {
-  const std::string name = mainFolder + std::string(lockName);
+  const std::string name = lockFileOf(mainFolder);
   constexpr int flags = O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
   for (int attempt = 0; attempt < 2; ++attempt) {
     if (Descriptor existing(::open(name.c_str(), flags)); existing || errno != ENOENT) return existing;
@@ -47,13 +51,25 @@ Descriptor openLock(const std::string& mainFolder) {
   return {};
 }
 
+/// False, with `errno`, where the file cannot be locked.
+bool lock(const Descriptor& file) {
+  return file && untilUninterrupted([&] { return ::flock(file.number(), LOCK_EX | LOCK_NB); }) == 0;
+}
+
 }  // namespace
 
 std::unique_ptr<InstanceLock> lockMainFolder(std::string_view mainFolder) {
   Descriptor file = openLock(std::string(mainFolder));
-  if (!file || untilUninterrupted([&] { return ::flock(file.number(), LOCK_EX | LOCK_NB); }) != 0) return nullptr;
+  if (!lock(file)) return nullptr;
   removeStaleFiles(std::string(mainFolder));
   return std::make_unique<FileLock>(std::move(file));
+}
+
+std::string whyUnlockable(std::string_view mainFolder) {
+  const Descriptor file = openLock(std::string(mainFolder));
+  if (lock(file) || (file && errno == EWOULDBLOCK)) return {};
+  const std::string reason = reasonOf(errno);
+  return lockFileOf(mainFolder) + ": " + utf8FromCodePage(reason);
 }
 
 bool requestEnd(std::string_view mainFolder) {

@@ -30,6 +30,9 @@ std::unique_ptr<InstanceLock> lockMainFolder(std::string_view mainFolder) {
   return std::make_unique<MutexLock>(std::move(mutex));
 }
 
+/// A mutex of another user's copy is refused for no other reason than that it is there.
+std::string whyUnlockable(std::string_view /*mainFolder*/) { return {}; }
+
 bool requestEnd(std::string_view mainFolder) {
   const UniqueHandle event = openEndEvent(mainFolder);
   return event && SetEvent(event.get());

@@ -26,6 +26,11 @@ TEST_F(InstanceContract, ASecondCopyOnAMainFolderIsRefused) {
   EXPECT_EQ(platform::lockMainFolder(mainFolder("cassa") + "/../cassa"), nullptr);
 }
 
+TEST_F(InstanceContract, WhatRefusesASecondCopyIsTheOtherAndNoFile) {
+  const auto lock = platform::lockMainFolder(mainFolder("cassa"));
+  EXPECT_EQ(platform::whyUnlockable(mainFolder("cassa")), "");
+}
+
 TEST_F(InstanceContract, AnotherMainFolderIsFree) {
   const auto lock = platform::lockMainFolder(mainFolder("cassa1"));
   EXPECT_NE(platform::lockMainFolder(mainFolder("cassa2")), nullptr);

@@ -110,6 +110,19 @@ TEST(MainFolderLock, IsRefusedWhereItsFileMayNotBeWritten) {
             0);
 }
 
+TEST(MainFolderLock, ThatNobodyMayWriteIsNamed) {
+  if (::geteuid() != 0) GTEST_SKIP() << "needs two users";
+  test::TemporaryFolder folder;
+  ASSERT_EQ(::chmod((folder / "").c_str(), 0777), 0);
+  std::ofstream(folder.path(".tellaxis.lock")) << "";
+  fs::permissions(folder.path(".tellaxis.lock"), fs::perms(0600));
+  EXPECT_EQ(inAnotherProcess([&] {
+              if (::setuid(65534) != 0) return 2;
+              return whyUnlockable(folder / "").find(".tellaxis.lock: accesso negato") != std::string::npos ? 1 : 0;
+            }),
+            1);
+}
+
 TEST(MainFolderLock, IsRefusedWhereItsFileIsSomethingElse) {
   test::TemporaryFolder folder;
   fs::create_symlink(folder / "elsewhere", folder.path(".tellaxis.lock"));
