@@ -14,7 +14,6 @@
 #include "platform/linux/files/file_status.h"
 #include "platform/linux/files/finished_file.h"
 #include "platform/linux/files/folder.h"
-#include "platform/linux/files/movable_files.h"
 #include "platform/linux/files/new_file.h"
 #include "platform/linux/files/replacement.h"
 #include "platform/linux/files/writer_hold.h"
@@ -36,13 +35,6 @@ constexpr milliseconds noPatience{0};
 
 /// A file that was not read, a driver's answer as a rule, is about to be closed.
 constexpr milliseconds patienceWithRemoved{200};
-
-constexpr std::size_t mostRemembered = 1000;
-
-constexpr std::string_view unwritableName = "il nome non si scrive nella tabella codici 1252, o contiene \\";
-constexpr std::string_view nameTwice = "il nome differisce da un altro solo per le maiuscole";
-
-bool isHidden(std::string_view name) { return name.starts_with('.'); }
 
 bool nothingThere() { return errno == ENOENT || errno == ENOTDIR; }
 
@@ -72,13 +64,6 @@ bool failWith(int error) {
 bool isFolder(const Descriptor& parent, const char* name) {
   struct stat status {};
   return ::fstatat(parent.number(), name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISDIR(status.st_mode);
-}
-
-bool isListed(const Descriptor& folder, const dirent64& entry) {
-  if (isHidden(entry.d_name)) return false;
-  if (entry.d_type != DT_UNKNOWN) return entry.d_type == DT_REG;
-  struct stat status {};
-  return ::fstatat(folder.number(), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(status.st_mode);
 }
 
 /// Waits a moment for whoever has the file open for writing.
@@ -166,50 +151,8 @@ std::optional<std::vector<std::string>> LinuxFiles::listMovable(std::string_view
     noteWith("list", target, nativeTarget ? errno : ENOENT);
     return std::nullopt;
   }
-  if (!native->ends_with('/')) *native += '/';
-  bool read = true;
-  auto names = movableOf(folder, opened, *native, openedTarget, read);
-  if (!note("list", folder, read)) return std::nullopt;
-  return names;
-}
-
-/// The names in `folder` that `list` gives; `read` becomes false, with `errno`, when that could not be found out.
-std::vector<std::string> LinuxFiles::movableOf(std::string_view shown, const Descriptor& folder,
-                                               const std::string& native, const Descriptor& target, bool& read) {
-  std::vector<std::pair<std::string, std::string>> found;  // the name's text, the name on the disk
-  read = readFolder(folder, [&](const dirent64& entry) {
-    if (!isListed(folder, entry)) return;
-    auto text = textOfName(entry.d_name);
-    if (text && text->find('\\') == std::string::npos)
-      found.emplace_back(std::move(*text), entry.d_name);
-    else
-      noteOnce(shown, entry.d_name, std::string(unwritableName));
-  });
-  if (!read || found.empty()) return {};
-  if (!enoughDescriptors()) {
-    read = failWith(EMFILE);
-    return {};
-  }
-  std::sort(found.begin(), found.end(), [](const auto& left, const auto& right) {
-    return left.first == right.first ? left.second < right.second : lessIgnoringCase(left.first, right.first);
-  });
-  MovableFiles movable(folder, target);
-  std::vector<std::string> names;
-  for (auto& [text, name] : found) {
-    if (!names.empty() && equalIgnoringCase(names.back(), text)) {
-      noteOnce(shown, text, std::string(nameTwice));
-      continue;
-    }
-    const Descriptor file = openRegularFile(folder.number(), name.c_str());
-    int reason = file ? whyUnfinished(settling_, file, native + name) : errno;
-    if (reason == ETXTBSY || reason == EINPROGRESS || reason == ENOENT) continue;
-    if (reason == 0) reason = movable.whyNone();
-    if (reason == 0) reason = movable.whyNot(file, text);
-    if (reason != 0)
-      noteOnce(shown, text, reasonOf(reason));
-    else if (!failedMoves_.isStuck(native + name, file, folder, target))
-      names.push_back(std::move(text));
-  }
+  auto names = movable_.in(folder, opened, *native, openedTarget);
+  if (!names) noteWith("list", folder, errno);
   return names;
 }
 
@@ -365,16 +308,6 @@ bool LinuxFiles::note(std::string_view operation, std::string_view subject, bool
 bool LinuxFiles::noteWith(std::string_view operation, std::string_view subject, int error) {
   trace_.failed(operation, subject, reasonOf(error));
   return false;
-}
-
-/// Says why a file is not listed, and no more until the reason is another one.
-void LinuxFiles::noteOnce(std::string_view folder, std::string_view name, std::string reason) {
-  if (noted_.size() >= mostRemembered) noted_.clear();
-  std::string& noted = noted_[std::string(folder) + '\\' + std::string(name)];
-  if (noted == reason) return;
-  noted = std::move(reason);
-  trace_.failed("list", std::string(folder) + std::string(folder.ends_with('\\') ? "" : "\\") + std::string(name),
-                noted);
 }
 
 }  // namespace tellaxis::platform

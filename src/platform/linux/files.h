@@ -1,12 +1,12 @@
 // Files: the file system of Linux.
 #pragma once
 
-#include <map>
 #include <optional>
 
 #include "platform/files.h"
 #include "platform/files/readings.h"
 #include "platform/linux/files/failed_moves.h"
+#include "platform/linux/files/movable_names.h"
 #include "platform/linux/files/paths.h"
 #include "platform/linux/files/settling.h"
 #include "platform/trace.h"
@@ -18,7 +18,8 @@ namespace tellaxis::platform {
 /// counts as held until it has settled.
 class LinuxFiles : public Files {
  public:
-  LinuxFiles(const Paths& paths, Trace& trace) : paths_(paths), trace_(trace) {}
+  LinuxFiles(const Paths& paths, Trace& trace)
+      : paths_(paths), trace_(trace), movable_(settling_, failedMoves_, trace) {}
 
   bool exists(std::string_view path) override;
   std::optional<std::string> lookUp(std::string_view path) override;
@@ -43,18 +44,15 @@ class LinuxFiles : public Files {
   Descriptor openForContent(std::string_view path, std::string& native, std::chrono::milliseconds patience);
   bool moveFile(const std::string& path, std::string to);
   bool removeFile(std::string native, Readings::Outcome reading);
-  std::vector<std::string> movableOf(std::string_view shown, const Descriptor& folder, const std::string& native,
-                                     const Descriptor& target, bool& read);
   bool noteWith(std::string_view operation, std::string_view subject, int error);
   bool note(std::string_view operation, std::string_view subject, bool succeeded);
-  void noteOnce(std::string_view folder, std::string_view name, std::string reason);
 
   const Paths& paths_;
   Trace& trace_;
   Settling settling_;
   FailedMoves failedMoves_;
+  MovableNames movable_;
   Readings readings_;
-  std::map<std::string, std::string, std::less<>> noted_;  ///< why a file is not listed
 };
 
 }  // namespace tellaxis::platform

@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 
 #include <string>
+#include <string_view>
 
 #include "platform/linux/kernel/descriptor.h"
 
@@ -13,6 +14,17 @@ namespace tellaxis::platform {
 
 inline Descriptor openFolder(const std::string& native) {
   return Descriptor(::open(native.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+}
+
+/// Names that begin with a dot.
+inline bool isHidden(std::string_view name) { return name.starts_with('.'); }
+
+/// True for an entry that is a visible regular file, not a link to one.
+inline bool isListed(const Descriptor& folder, const dirent64& entry) {
+  if (isHidden(entry.d_name)) return false;
+  if (entry.d_type != DT_UNKNOWN) return entry.d_type == DT_REG;
+  struct stat status {};
+  return ::fstatat(folder.number(), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(status.st_mode);
 }
 
 /// Calls `take` with each entry of an open folder, "." and ".." too. False, with `errno`, when it could not be read.

@@ -11,6 +11,7 @@
 #include <climits>
 #include <cstdio>
 
+#include "platform/linux/kernel/timed_write.h"
 #include "platform/linux/kernel/uninterrupted.h"
 
 namespace tellaxis::platform {
@@ -21,15 +22,6 @@ constexpr int mostLinks = 40;
 
 /// Hidden, and always the same: what a killed writer left is replaced by the next one.
 constexpr const char* temporaryName = ".profilo-nuovo.tmp";
-
-bool writeAll(int file, std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t written = untilUninterrupted([&] { return ::write(file, text.data(), text.size()); });
-    if (written < 0) return false;
-    text.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return true;
-}
 
 /// Gives `file` the owner, group and mode in `facts`. Where only the owner cannot be kept, the group still gives the
 /// others their access.
@@ -63,7 +55,7 @@ class TemporaryFile {
   /// Gives it a text, and the owner and mode in `facts` unless that is null, safe on the disk, and closes it.
   bool fill(std::string_view text, const struct stat* facts) {
     const int file = file_.number();
-    const bool filled = (facts == nullptr || copyOwnerAndMode(file, *facts)) && writeAll(file, text) &&
+    const bool filled = (facts == nullptr || copyOwnerAndMode(file, *facts)) && writeAll(file_, text) &&
                         untilUninterrupted([&] { return fsync(file); }) == 0;
     if (filled) file_ = Descriptor();
     return filled;
