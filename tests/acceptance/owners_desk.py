@@ -75,7 +75,7 @@ class OwnersDesk(Desk):
 
     def drop_as(self, owner, mode, name, text="scontrino", folder="Orbis"):
         """A job of this owner appears whole."""
-        unfinished = self.root / "unfinished"
+        unfinished = self.main / folder / ".unfinished"
         unfinished.write_text(text)
         self.give(unfinished, owner, mode)
         unfinished.replace(self.main / folder / name)
