@@ -12,6 +12,7 @@ from harness import ON_WINDOWS, Desk, Scenario, wait_for
 SERVICE = 12345
 POINT_OF_SALE = 12346
 GROUP = 12345  # both are in it
+SETTLING = 0.45  # seconds that a file of which nobody knows the writer must stay the same
 NEW_MOUNT_NAMESPACE = 0x00020000
 
 # Truncates a file, or makes it, and writes its parts one after the other; the time this took goes to standard output.

@@ -4,9 +4,8 @@ import os
 import unittest
 
 from harness import some_ticks, wait_for
-from owners_desk import POINT_OF_SALE, SERVICE, OwnersScenario
+from owners_desk import POINT_OF_SALE, SERVICE, SETTLING, OwnersScenario
 
-SETTLING = 0.45  # seconds that a file of another owner must stay the same
 KEYS = {f"Altra_Chiave_{number}": f"valore {number}" for number in range(32)}
 
 
