@@ -3,37 +3,20 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <new>
 
 #include "core/step_failed.h"
 #include "fake/computer.h"
+#include "fake/scripted_devices.h"
 
 namespace tellaxis {
 namespace {
-
-class ScriptedDevices : public Devices {
- public:
-  std::function<void()> job = [] {};
-  std::string lastCall;
-
-  void LanciaFileDisplay() override { run("LanciaFileDisplay"); }
-  void MF_Invia(std::string_view jobFile) override { run("MF_Invia " + std::string(jobFile)); }
-  void LanciaFileRF() override { run("LanciaFileRF"); }
-  void Cort_StampaFile(std::string_view jobFile) override { run("Cort_StampaFile " + std::string(jobFile)); }
-
- private:
-  void run(std::string call) {
-    lastCall = std::move(call);
-    job();
-  }
-};
 
 class ActivityTest : public testing::Test {
  protected:
   fake::Computer computer;
   Bridge bridge{computer.host};
-  ScriptedDevices devices;
+  fake::ScriptedDevices devices;
   Activity activity;
   NotedDevices noted{devices, activity, bridge};
 

@@ -1,7 +1,6 @@
 // Diary desk: a fake computer with a diary, and jobs that do what a test says.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -10,6 +9,7 @@
 #include "diary/diary_devices.h"
 #include "diary/reader.h"
 #include "fake/computer.h"
+#include "fake/scripted_devices.h"
 
 namespace tellaxis {
 
@@ -17,16 +17,6 @@ namespace tellaxis {
 inline constexpr Day march7{std::chrono::year(2003) / 3 / 7};
 inline constexpr std::string_view diaryAt = "C:\\cassa\\diario";
 inline constexpr std::string_view dayAt = "C:\\cassa\\diario\\2003-03-07.jsonl";
-
-class ScriptedDevices : public Devices {
- public:
-  std::function<void()> job = [] {};
-
-  void LanciaFileDisplay() override { job(); }
-  void MF_Invia(std::string_view) override { job(); }
-  void LanciaFileRF() override { job(); }
-  void Cort_StampaFile(std::string_view) override { job(); }
-};
 
 struct DiaryDesk {
   explicit DiaryDesk(Diary::Keeping keeping = {.archive = true, .days = std::nullopt})
@@ -42,7 +32,7 @@ struct DiaryDesk {
 
   fake::Computer computer;
   Bridge bridge{computer.host};
-  ScriptedDevices jobs;
+  fake::ScriptedDevices jobs;
   Activity activity;
   NotedDevices noted{jobs, activity, bridge};
   Diary diary;

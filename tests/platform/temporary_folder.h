@@ -26,6 +26,7 @@ class TemporaryFolder {
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
+  std::string text() const { return path_.string(); }
   std::filesystem::path path(const std::string& name) const { return path_ / name; }
   std::string operator/(const std::string& name) const { return (path_ / name).string(); }
 

@@ -3,40 +3,20 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
+
+#include "platform/temporary_folder.h"
 
 namespace tellaxis::platform {
 namespace {
 
-/// A folder that goes with the test.
-class Folder {
- public:
-  explicit Folder(const std::string& name)
-      : path_(std::filesystem::path(testing::TempDir()) /
-              ("window-call-" + name + "-" + std::to_string(reinterpret_cast<std::uintptr_t>(this)))) {
-    std::filesystem::create_directories(path_);
-  }
-  ~Folder() {
-    std::error_code ignored;
-    std::filesystem::remove(path_, ignored);
-  }
-  Folder(const Folder&) = delete;
-  Folder& operator=(const Folder&) = delete;
-
-  std::string text() const { return path_.string(); }
-
- private:
-  std::filesystem::path path_;
-};
-
 TEST(WindowCall, NobodyIsReachedWhereNoWindowListens) {
-  const Folder folder("none");
+  const test::TemporaryFolder folder;
   EXPECT_FALSE(callWindow(folder.text()));
 }
 
 TEST(WindowCall, ACallIsHeardOnce) {
-  const Folder folder("once");
+  const test::TemporaryFolder folder;
   const auto calls = listenForWindowCalls(folder.text());
   ASSERT_NE(calls, nullptr);
   EXPECT_FALSE(calls->called());
@@ -46,7 +26,7 @@ TEST(WindowCall, ACallIsHeardOnce) {
 }
 
 TEST(WindowCall, CallsInARowAreOne) {
-  const Folder folder("row");
+  const test::TemporaryFolder folder;
   const auto calls = listenForWindowCalls(folder.text());
   ASSERT_NE(calls, nullptr);
   for (int i = 0; i < 3; ++i) EXPECT_TRUE(callWindow(folder.text()));
@@ -55,8 +35,8 @@ TEST(WindowCall, CallsInARowAreOne) {
 }
 
 TEST(WindowCall, OtherMainFoldersHaveWindowsOfTheirOwn) {
-  const Folder one("one");
-  const Folder other("other");
+  const test::TemporaryFolder one;
+  const test::TemporaryFolder other;
   const auto calls = listenForWindowCalls(one.text());
   ASSERT_NE(calls, nullptr);
   EXPECT_FALSE(callWindow(other.text()));
@@ -64,7 +44,7 @@ TEST(WindowCall, OtherMainFoldersHaveWindowsOfTheirOwn) {
 }
 
 TEST(WindowCall, TheFolderCountsAndNotItsSpelling) {
-  const Folder folder("spelling");
+  const test::TemporaryFolder folder;
   const auto calls = listenForWindowCalls(folder.text());
   ASSERT_NE(calls, nullptr);
   EXPECT_TRUE(callWindow(folder.text() + "/."));
@@ -72,7 +52,7 @@ TEST(WindowCall, TheFolderCountsAndNotItsSpelling) {
 }
 
 TEST(WindowCall, AWindowThatIsGoneIsNotReached) {
-  const Folder folder("gone");
+  const test::TemporaryFolder folder;
   auto calls = listenForWindowCalls(folder.text());
   ASSERT_NE(calls, nullptr);
   calls.reset();

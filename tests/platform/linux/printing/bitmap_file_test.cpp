@@ -6,6 +6,7 @@
 #include <fstream>
 #include <random>
 
+#include "platform/linux/printing/highest_resident.h"
 #include "platform/printing/sample_documents.h"
 #include "platform/temporary_folder.h"
 
@@ -144,14 +145,6 @@ TEST(BitmapFile, RefusesALogoCutShort) {
   EXPECT_TRUE(std::holds_alternative<BitmapError>(readBitmap(std::string_view(logo).substr(0, logo.size() / 2))));
 }
 
-long highestResident() {
-  std::ifstream status("/proc/self/status");
-  std::string line;
-  while (std::getline(status, line))
-    if (line.starts_with("VmHWM:")) return std::stol(line.substr(6));
-  return 0;
-}
-
 TEST(BitmapFile, ReservesNoMemoryForSizesThatTheFileCannotHold) {
   for (const int compression : {0, 1, 2, 3})
     for (const int bits : {1, 4, 8, 16, 24, 32})
@@ -162,22 +155,22 @@ TEST(BitmapFile, ReservesNoMemoryForSizesThatTheFileCannotHold) {
                                           {4, static_cast<int>(0x80000000)},
                                           {-4, 2},
                                           {0, 0}}) {
-        std::ofstream("/proc/self/clear_refs") << 5;
-        const long before = highestResident();
+        test::forgetHighestResident();
+        const long before = test::highestResident();
         const Kind kind{"huge", width, height, bits, compression, palette(256), std::string(1000, '\1')};
         EXPECT_TRUE(std::holds_alternative<BitmapError>(readBitmap(fileOf(kind))))
             << width << "x" << height << " " << bits << " " << compression;
-        EXPECT_LT(highestResident() - before, 4096);
+        EXPECT_LT(test::highestResident() - before, 4096);
       }
 }
 
 TEST(BitmapFile, ReservesNoMemoryForAPaletteThatTheFileCannotHold) {
   std::string bytes = fileOf({"palette", 4, 2, 8, 0, palette(256), std::string(8, '\0')});
   for (int i = 46; i < 50; ++i) bytes[i] = '\x7F';
-  std::ofstream("/proc/self/clear_refs") << 5;
-  const long before = highestResident();
+  test::forgetHighestResident();
+  const long before = test::highestResident();
   EXPECT_TRUE(std::holds_alternative<BitmapError>(readBitmap(bytes)));
-  EXPECT_LT(highestResident() - before, 4096);
+  EXPECT_LT(test::highestResident() - before, 4096);
 }
 
 TEST(BitmapFile, RefusesWhatIsNoBitmap) {

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <fstream>
 
+#include "platform/linux/printing/highest_resident.h"
 #include "platform/linux/printing/pages/bitmap_file.h"
 #include "platform/linux/printing/pages/page_document.h"
 #include "platform/linux/printing/pages/page_layout.h"
@@ -283,23 +284,14 @@ TEST_F(PageFilesTest, AllPagesOfALongDocumentAreInThePdfUpToTheBound) {
   EXPECT_THAT(outputOf("pdfinfo " + folder / "p.pdf"), HasSubstr("Pages:           2"));
 }
 
-/// Resident memory of this process in kilobytes, at its highest.
-long highestResident() {
-  std::ifstream status("/proc/self/status");
-  std::string line;
-  while (std::getline(status, line))
-    if (line.starts_with("VmHWM:")) return std::stol(line.substr(6));
-  return 0;
-}
-
 TEST_F(PageFilesTest, LengthNeedsNoMemory) {
   ASSERT_TRUE(draw("X", std::vector<Operation>(100, text("a"))));
-  std::ofstream("/proc/self/clear_refs") << 5;
+  test::forgetHighestResident();
   const auto drawLines = [&](int count) {
     const auto document = openPages({folder / "p.pdf", folder / "p.png"}, "X", readPicture, trace);
     for (int i = 0; i < count; ++i) document->add(text("Articolo di prova numero " + std::to_string(i)));
     EXPECT_TRUE(document->finish());
-    return highestResident();
+    return test::highestResident();
   };
   const long few = drawLines(2'000);
   const long many = drawLines(40'000);
