@@ -30,7 +30,7 @@ void endJob(platform::Host& host, TextLines& lines, std::string_view jobFile) {
 void Cort_StampaOlivetti(Bridge& bridge, std::string_view jobFile) {
   platform::Host& host = bridge.host;
   selectPrinterOnPort(host, portName(bridge), Matching::ignoringCase);
-  TextLines lines(host.files.openInput(jobFile));
+  TextLines lines(host, jobFile);
   while (const auto line = lines.next()) {
     host.Printer.FontName("FontA11");
     if (const auto text = SostituisciTesto(*line, mark, ""))
@@ -44,7 +44,7 @@ void Cort_StampaOlivetti(Bridge& bridge, std::string_view jobFile) {
 void Cort_StampaUnipos(Bridge& bridge, std::string_view jobFile) {
   platform::Host& host = bridge.host;
   selectPrinterOnPort(host, portName(bridge), Matching::ignoringCase);
-  TextLines lines(host.files.openInput(jobFile));
+  TextLines lines(host, jobFile);
   while (const auto line = lines.next()) {
     if (!line->starts_with(printedLine)) continue;
     host.Printer.FontName("Courier New");

@@ -29,7 +29,7 @@ void printLogo(platform::PrinterObject& printer, std::string_view file) {
 
 void Cort_StampaSamsung(Bridge& bridge, std::string_view jobFile) {
   platform::Host& host = bridge.host;
-  TextLines lines(host.files.openInput(jobFile));
+  TextLines lines(host, jobFile);
   const auto printer = selectPrinterOnPort(host, serialPortName(bridge), Matching::exact);
   if (!printer) {
     lines.close();

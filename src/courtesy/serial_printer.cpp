@@ -55,7 +55,7 @@ void Cort_StampaDPT282(Bridge& bridge, std::string_view jobFile) {
   platform::Host& host = bridge.host;
   SerialControl& port = bridge.form.COMPreconto;
   openPort(bridge);
-  TextLines lines(host.files.openInput(jobFile));
+  TextLines lines(host, jobFile);
   while (const auto line = lines.next()) {
     if (!line->starts_with(sentLine)) continue;
     const std::size_t colon = line->find(':', searchFrom);

@@ -89,7 +89,7 @@ void Diary::forget(const DiaryEntry& entry) {
 std::optional<Diary::LastBegun> Diary::lastBegun() {
   const std::string note = folder_ + std::string(noteOfLastBegun);
   if (!host_.files.exists(note)) return std::nullopt;
-  TextLines lines(host_.files.openInput(note));
+  TextLines lines(host_, note);
   auto entry = entryFrom(lines.next().value_or(""));
   if (!entry) return std::nullopt;
   const auto written = findEntry(host_, folder_, entry->id);

@@ -23,7 +23,7 @@ std::vector<DiaryEntry> readDay(platform::Host& host, std::string_view folder, D
   const std::string file = dayFile(folder, day);
   if (!host.files.exists(file)) return entries;
   std::unordered_map<std::string, std::size_t> places;
-  TextLines lines(host.files.openInput(file));
+  TextLines lines(host, file);
   while (const auto line = lines.next()) {
     auto entry = entryFrom(*line);
     if (!entry) continue;

@@ -32,7 +32,7 @@ void sendAllLines(Bridge& bridge, const DisplayFamily& family) {
   else if (port.PortOpen())
     port.PortOpen(false);
 
-  TextLines lines(bridge.host.files.openInput(bridge.settings.Display_File));
+  TextLines lines(bridge.host, bridge.settings.Display_File);
   if (openedForEachJob) port.PortOpen(true);
   const DisplayLine* line = &family.upper;
   while (const auto text = lines.next()) {
@@ -43,7 +43,7 @@ void sendAllLines(Bridge& bridge, const DisplayFamily& family) {
 }
 
 void sendFirstLine(Bridge& bridge, const DisplayFamily& family) {
-  TextLines lines(bridge.host.files.openInput(bridge.settings.Display_File));
+  TextLines lines(bridge.host, bridge.settings.Display_File);
   const std::string text(lines.next().value_or(""));
   lines.close();
   openIfClosed(bridge.form.MSComm1);

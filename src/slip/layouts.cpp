@@ -91,7 +91,7 @@ void endForm(platform::PrinterObject& printer, PrintedForms& printed) {
 
 /// A document for each section, printed once the whole job has been read.
 void printSections(Bridge& bridge, const SlipLayout& layout, PrintedForms& printed) {
-  Records records(bridge.host.files.openInput(bridge.settings.RF_File));
+  Records records(bridge.host, bridge.settings.RF_File);
   const SlipForm form = readSlipForm(records);
   records.close();
   platform::PrinterObject& printer = bridge.host.Printer;
@@ -103,7 +103,7 @@ void printSections(Bridge& bridge, const SlipLayout& layout, PrintedForms& print
 
 /// Each record is a row, whatever its marker; a document for each form.
 void printRows(Bridge& bridge, const SlipLayout&, PrintedForms& printed) {
-  Records records(bridge.host.files.openInput(bridge.settings.RF_File));
+  Records records(bridge.host, bridge.settings.RF_File);
   platform::PrinterObject& printer = bridge.host.Printer;
   std::int64_t rowsDone = std::int64_t{printed.count} * rowsOfForm;
   int rows = 0;

@@ -13,6 +13,7 @@ namespace tellaxis {
 /// blanks behind them aside, is taken without them, commas inside and all. An empty line is an empty record.
 class Records {
  public:
+  Records(platform::Host& host, std::string_view path) : lines_(host, path) {}
   explicit Records(std::unique_ptr<platform::InputFile> file) : lines_(std::move(file)) {}
 
   /// The next record, valid until the next call; nothing at the end of the file. Throws `StepFailed` when the file

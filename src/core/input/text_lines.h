@@ -9,12 +9,20 @@
 
 #include "core/input/input_bytes.h"
 #include "platform/files.h"
+#include "platform/host.h"
 
 namespace tellaxis {
 
-/// A line ends at CR LF, at LF or at CR; the last may have no end. No more than one line is held in memory.
+/// A line ends at CR LF, at LF or at CR; the last may have no end. No more than one line is held in memory, and of that
+/// no more than `longest` bytes: the rest of a longer one is dropped.
 class TextLines {
  public:
+  static constexpr std::size_t longest = std::size_t{1} << 20;
+
+  /// Opens and reads a file; a line that is longer than it may be is traced.
+  TextLines(platform::Host& host, std::string_view path)
+      : bytes_(host.files.openInput(path)), trace_(&host.trace), path_(path) {}
+
   /// Reads an opened file; one that could not be opened (null) has no lines.
   explicit TextLines(std::unique_ptr<platform::InputFile> file) : bytes_(std::move(file)) {}
 
@@ -32,10 +40,15 @@ class TextLines {
   void close() { bytes_.close(); }
 
  private:
+  void keep(std::string_view piece);
+
   InputBytes bytes_;
+  platform::Trace* trace_ = nullptr;
+  std::string path_;
   std::string line_;
   bool afterCarriageReturn_ = false;
   bool ended_ = false;
+  bool tooLong_ = false;
 };
 
 }  // namespace tellaxis

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "fake/computer.h"
+
 namespace tellaxis {
 namespace {
 
@@ -88,6 +90,23 @@ TEST(TextLines, AreTheSameHoweverTheFileIsHandedOut) {
 TEST(TextLines, LongerThanAnyBufferAreGivenWhole) {
   const std::string longLine(1'000'000, 'x');
   EXPECT_THAT(linesOf(longLine + "\r\n" + longLine, 4'096), ElementsAre(longLine, longLine));
+}
+
+TEST(TextLines, BeyondAMegabyteLoseTheirRestAlone) {
+  const std::string longest(TextLines::longest, 'x');
+  EXPECT_EQ(linesOf(longest + "\r\ndue"), (std::vector<std::string>{longest, "due"}));
+  EXPECT_EQ(linesOf(longest + "yyy\r\ndue"), (std::vector<std::string>{longest, "due"}));
+  EXPECT_EQ(linesOf("uno\n" + longest + longest, 7777), (std::vector<std::string>{"uno", longest}));
+}
+
+TEST(TextLines, BeyondAMegabyteAreTracedOnceEach) {
+  fake::Computer computer;
+  const std::string tooLong(3 * TextLines::longest, 'x');
+  computer.files.put("C:\\lungo.txt", tooLong + "\r\nbreve\r\n" + tooLong);
+  TextLines lines(computer.host, "C:\\lungo.txt");
+  EXPECT_EQ(linesOf(lines).size(), 3U);
+  const std::string said = "lettura C:\\lungo.txt: riga oltre 1 MB: il resto si perde";
+  EXPECT_THAT(computer.trace.failures, ElementsAre(said, said));
 }
 
 TEST(TextLines, EveryLineOfALongFileIsGiven) {
