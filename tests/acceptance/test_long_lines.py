@@ -12,7 +12,7 @@ from harness import ON_WINDOWS, wait_for
 from serial_line import SerialScenario
 
 LONG = 200 << 20
-MOST_MEMORY = 120 << 20  # of which the page of the printer that shows the first megabyte takes the most
+MOST_MEMORY = 64 << 20  # a page with a line of 1 MB included
 
 
 def peak(program):
