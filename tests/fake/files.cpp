@@ -62,6 +62,13 @@ std::vector<std::string> Files::namesIn(std::string_view folder) const {
   return names;
 }
 
+bool Files::isMissing(std::string_view folder) const { return missingFolders_.contains(withoutBackslash(folder)); }
+
+bool Files::takes(std::string_view path) const {
+  const std::string folder = lower(path.substr(0, path.size() - bareName(path).size()));
+  return !isMissing(folder) && !fullFolders_.contains(withoutBackslash(folder));
+}
+
 bool Files::exists(std::string_view path) { return journal_.record("exists " + std::string(path)) && has(path); }
 
 std::optional<std::string> Files::lookUp(std::string_view path) {
@@ -85,14 +92,14 @@ bool Files::createFolder(std::string_view path) {
 }
 
 std::optional<std::vector<std::string>> Files::list(std::string_view folder) {
-  if (!journal_.record("list " + std::string(folder))) return std::nullopt;
+  if (!journal_.record("list " + std::string(folder)) || isMissing(folder)) return std::nullopt;
   std::vector<std::string> names = namesIn(folder);
   std::ranges::sort(names, lessIgnoringCase);
   return names;
 }
 
 std::optional<std::vector<std::string>> Files::listMovable(std::string_view folder, std::string_view target) {
-  if (!journal_.record("list " + std::string(folder))) return std::nullopt;
+  if (!journal_.record("list " + std::string(folder)) || isMissing(folder) || isMissing(target)) return std::nullopt;
   std::vector<std::string> names = namesIn(folder);
   std::erase_if(names, [&](const std::string& name) {
     const std::string replaced = withoutBackslash(target) + "\\" + name;
@@ -111,13 +118,14 @@ bool Files::canRead(std::string_view path, bool stepSucceeds) {
 
 bool Files::copy(std::string_view from, std::string_view to) {
   if (!journal_.record("copy " + std::string(from) + " -> " + std::string(to)) || !canRead(from, true)) return false;
+  if (!takes(to)) return false;
   put(to, text(from));
   return true;
 }
 
 bool Files::move(std::string_view from, std::string_view to) {
   if (!journal_.record("move " + std::string(from) + " -> " + std::string(to))) return false;
-  if (!has(from) || has(to) || isInUse(from)) return false;
+  if (!has(from) || has(to) || isInUse(from) || !takes(to)) return false;
   put(to, text(from));
   erase(from);
   return true;
@@ -136,7 +144,7 @@ bool Files::canRemove(std::string_view path) {
 }
 
 bool Files::removeAll(std::string_view folder) {
-  if (!journal_.record("removeAll " + std::string(folder))) return false;
+  if (!journal_.record("removeAll " + std::string(folder)) || isMissing(folder)) return false;
   for (const std::string& name : namesIn(folder)) erase(withoutBackslash(folder) + "\\" + name);
   return true;
 }
@@ -152,14 +160,14 @@ std::unique_ptr<platform::InputFile> Files::openInput(std::string_view path) {
 }
 
 bool Files::append(std::string_view path, std::string_view text) {
-  if (!journal_.record("append " + std::string(path) + " " + std::string(text))) return false;
+  if (!journal_.record("append " + std::string(path) + " " + std::string(text)) || !takes(path)) return false;
   put(path, this->text(path) + std::string(text));
   return true;
 }
 
 bool Files::create(std::string_view path, std::string_view text, bool ownerOnly) {
   const std::string kind = ownerOnly ? "create owner-only " : "create ";
-  if (!journal_.record(kind + std::string(path) + " " + std::string(text))) return false;
+  if (!journal_.record(kind + std::string(path) + " " + std::string(text)) || !takes(path)) return false;
   put(path, text);
   return true;
 }

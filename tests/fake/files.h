@@ -29,6 +29,10 @@ class Files : public platform::Files {
   /// A file that nobody may delete.
   void protect(std::string_view path) { protected_.insert(lower(path)); }
   void unprotect(std::string_view path) { protected_.erase(lower(path)); }
+  /// From now on this folder does not exist.
+  void withoutFolder(std::string_view folder) { missingFolders_.insert(lower(folder)); }
+  /// From now on the disk that this folder is on takes no more bytes.
+  void fill(std::string_view folder) { fullFolders_.insert(lower(folder)); }
   /// Whether the program has a file open for reading; until it closes it, the file cannot be moved or deleted.
   bool isOpen(std::string_view path) const { return open_.contains(lower(path)); }
 
@@ -63,12 +67,17 @@ class Files : public platform::Files {
   bool canRead(std::string_view path, bool stepSucceeds);
   bool isFixed(std::string_view path) const { return isInUse(path) || protected_.contains(lower(path)); }
   bool isInUse(std::string_view path) const { return held_.contains(lower(path)) || isOpen(path); }
+  bool isMissing(std::string_view folder) const;
+  /// Whether a text can be written at this path.
+  bool takes(std::string_view path) const;
   /// Bare names of the files of a folder, sorted.
   std::vector<std::string> namesIn(std::string_view folder) const;
 
   Journal& journal_;
   std::map<std::string, File> files_;
   std::set<std::string> folders_;
+  std::set<std::string> missingFolders_;
+  std::set<std::string> fullFolders_;
   std::set<std::string> held_;
   std::set<std::string> protected_;
   platform::Readings readings_;
