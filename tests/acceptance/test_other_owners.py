@@ -1,7 +1,9 @@
 """Files of other owners: a receipt of theirs is handed over at most once, whole, and what cannot be, stays and is said."""
 
 import os
+import re
 import unittest
+from pathlib import Path
 
 from harness import some_ticks, wait_for
 from owners_desk import POINT_OF_SALE, SERVICE, SETTLING, OwnersScenario
@@ -108,6 +110,84 @@ class Names(OwnersScenario):
         self.wait_for_receipts("maiuscolo", "minuscolo")
         some_ticks()
         self.assertEqual(self.desk.jobs() + self.desk.jobs("IN"), [])
+
+
+class Rights(OwnersScenario):
+    """What those may do with new files who are in the service's group, and everybody else."""
+
+    def start_with_mask(self, mask):
+        self.desk.settings_file.unlink(missing_ok=True)
+        self.desk.furnish()
+        self.desk.before += ["sh", "-c", f'umask {mask} && exec "$@"', "sh"]
+        program = self.desk.start()
+        return program
+
+    def mode_of_new_settings(self, mask):
+        self.start_with_mask(mask)
+        wait_for(self.desk.settings_file.exists, "the settings file")
+        return self.desk.settings_file.stat().st_mode & 0o777
+
+    def test_new_settings_are_the_groups_to_read(self):
+        self.assertEqual(self.mode_of_new_settings("0022"), 0o640)
+
+    def test_new_settings_are_nobodys_to_read_where_nothing_is_masked(self):
+        self.assertEqual(self.mode_of_new_settings("0000"), 0o660)
+
+    def test_with_the_mask_of_the_packages_unit_the_point_of_sale_writes_new_settings_in_place(self):
+        unit = (Path(__file__).resolve().parents[2] / "packaging/systemd/tellaxisd.service").read_text()
+        (mask,) = re.findall(r"^UMask=(\d+)$", unit, re.M)
+        self.assertEqual(self.mode_of_new_settings(mask), 0o660)
+        before = self.desk.settings_file.read_text()
+        writer = self.desk.write_slowly(self.desk.settings_file, 0, [before, "Altra=1\r\n"])
+        writer.communicate()
+        self.assertEqual(writer.returncode, 0)
+        self.assertEqual(self.desk.read_settings()["Altra"], "1")
+
+
+class DialUp(OwnersScenario):
+    """The file that holds the line's password is run only where the bridge has just made it."""
+
+    def setUp(self):
+        super().setUp()
+        self.desk.settings(
+            FTP_Indirizzo="127.0.0.1:1", FTP_User="u", FTP_Pw="p", FTP_Azione=2, FTP_Directory="C:\\", FTP_NomeFile="a",
+            WEB_chkDial=-1, Int_Indirizzo="Provider", Ind_User="mario", Ind_Pw="parola",
+        )  # fmt: skip
+        self.desk.furnish()
+        self.batch_file = self.desk.root / "cassaDial.bat"
+        self.ran = self.desk.root / "eseguito"
+        self.desk.give(self.desk.root, 0, 0o1777)
+
+    def run_ftp(self):
+        program = self.desk.launch(*self.desk.arguments(), "ftp")
+        program.wait()
+        return program
+
+    def test_a_stale_one_of_somebody_else_is_not_run(self):
+        self.batch_file.write_text(f"touch {self.ran}\n")
+        self.desk.give(self.batch_file, POINT_OF_SALE, 0o777)
+        self.run_ftp()
+        self.assertFalse(self.ran.exists())
+        self.assertIn("touch", self.batch_file.read_text())
+
+    def test_a_pipe_of_somebody_else_gets_no_password_and_is_not_run(self):
+        os.mkfifo(self.batch_file)
+        self.desk.give(self.batch_file, POINT_OF_SALE, 0o666)
+        reader = os.open(self.batch_file, os.O_RDWR | os.O_NONBLOCK)
+        self.addCleanup(os.close, reader)
+        os.write(reader, f"touch {self.ran}\n".encode())
+        self.run_ftp()
+        self.assertFalse(self.ran.exists())
+        self.assertEqual(os.read(reader, 1000), f"touch {self.ran}\n".encode())
+
+    def test_a_link_of_somebody_else_is_not_written_through(self):
+        victim = self.desk.root / "altrui"
+        victim.write_text("intatto")
+        self.desk.give(victim, SERVICE, 0o600)
+        self.batch_file.symlink_to(victim)
+        os.chown(self.batch_file, POINT_OF_SALE, POINT_OF_SALE, follow_symlinks=False)
+        self.run_ftp()
+        self.assertEqual(victim.read_text(), "intatto")
 
 
 class Links(OwnersScenario):

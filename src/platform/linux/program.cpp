@@ -38,7 +38,9 @@ void requestStop(int) {
 
 std::vector<std::string> programArguments(int count, char** words) {
   // Settings hold passwords, documents hold what people bought: nothing that is made from here on is for everybody.
-  ::umask(::umask(0) | 0027);
+  // What the group may do is said by whoever starts the program: with the usual mask it reads, with 0002 it writes as
+  // well.
+  ::umask(::umask(0) | 0007);
   return {words + 1, words + count};
 }
 

@@ -116,8 +116,9 @@ bool replaceContent(const Paths& paths, const std::string& path, Replacing how,
                     const std::function<bool(const Descriptor&)>& write) {
   Target target{.path = path};
   if (!findTarget(paths, target)) return false;
-  if (target.exists && (target.leadsToDevice || !(target.isFile() || target.isLink())))
-    return writeIntoDevice(target, write);
+  const bool isDevice = target.leadsToDevice || !(target.isFile() || target.isLink());
+  // What is for the owner alone goes into no device or pipe: who waits at its other end is unknown.
+  if (target.exists && isDevice && !how.ownerAlone) return writeIntoDevice(target, write);
   if (replaceWhole(target, how, write)) return true;
   return how.orInPlace && target.exists && isForbidden(errno) && writeInPlace(target, write);
 }
