@@ -61,6 +61,10 @@ class OwnersDesk(Desk):
         bounds = "--bounding-set=-all,+lease" if given else "--bounding-set=-all"
         self.before = ["setpriv", f"--reuid={SERVICE}", f"--regid={GROUP}", "--clear-groups", *lease, bounds, "--no-new-privs"]
 
+    def settings(self, **values):
+        super().settings(**values)
+        self.give(self.settings_file, SERVICE, 0o664)
+
     def furnish(self):
         """Makes the folders that jobs come by, and gives everything to the service."""
         for folder in ("Orbis", "IN", "CortOrbis", "CortIN"):
