@@ -10,6 +10,8 @@
 #include <optional>
 #include <utility>
 
+// Tables within tables are taken apart by calls within calls: the stack limits how deep they may lie.
+#define TOML_MAX_NESTED_VALUES 16
 #define TOML_EXCEPTIONS 0
 #include <toml++/toml.h>
 
@@ -20,6 +22,10 @@ namespace tellaxis::platform {
 
 namespace {
 
+constexpr std::size_t largestFile = std::size_t{256} << 10;
+/// Each of them may be a table within a table.
+constexpr std::ptrdiff_t mostDotsOfLine = 200;
+constexpr std::size_t longestShown = 60;
 constexpr int highestSerialPort = 256;
 constexpr int highestKeepDays = 36'500;
 
@@ -31,10 +37,31 @@ struct Mistake {
 
 TextPosition positionOf(const toml::source_region& source) { return {source.begin.line, source.begin.column}; }
 
+/// The user's own words as they stand in a message of one line: control characters hidden, and not all of a long text.
+std::string shown(std::string_view text) {
+  std::size_t end = std::min(text.size(), longestShown);
+  while (end < text.size() && end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
+  std::string words(text.substr(0, end));
+  std::replace_if(
+      words.begin(), words.end(), [](unsigned char c) { return c < ' ' || c == 0x7F; }, '?');
+  return "\"" + words + (end < text.size() ? "...\"" : "\"");
+}
+
+/// What no real devices file has, and what reading it could not be relied on to survive.
+void refuseExcess(std::string_view text) {
+  if (text.size() > largestFile) throw Mistake{{}, "il file è troppo grande: al massimo 256 KB"};
+  TextPosition position;
+  for (std::size_t from = 0; from < text.size(); ++position.line) {
+    const std::string_view line = text.substr(from, text.find('\n', from) - from);
+    if (std::count(line.begin(), line.end(), '.') > mostDotsOfLine) throw Mistake{position, "troppi punti nella riga"};
+    from += line.size() + 1;
+  }
+}
+
 void refuseUnknownKeys(const toml::table& table, std::initializer_list<std::string_view> known) {
   for (const auto& [key, value] : table)
     if (std::find(known.begin(), known.end(), key.str()) == known.end())
-      throw Mistake{positionOf(key.source()), "chiave sconosciuta \"" + std::string(key.str()) + "\""};
+      throw Mistake{positionOf(key.source()), "chiave sconosciuta " + shown(key.str())};
 }
 
 const toml::node& required(const toml::table& table, std::string_view key) {
@@ -141,7 +168,7 @@ PrinterDefinition printerFrom(const toml::table& table) {
   const std::string text = requiredText(table, "target");
   const TextPosition position = positionOf(required(table, "target").source());
   auto target = targetFrom(text);
-  if (!target) throw Mistake{position, "destinazione sconosciuta \"" + text + "\""};
+  if (!target) throw Mistake{position, "destinazione sconosciuta " + shown(text)};
   return {std::move(printer), std::move(*target), position, isOn(table, "wait_for_paper")};
 }
 
@@ -220,9 +247,10 @@ std::filesystem::path pathOf(const std::string& utf8) {
 }  // namespace
 
 std::variant<DevicesFile, DevicesFileError> parseDevicesFile(std::string_view text, const std::string& file) {
-  const toml::parse_result parsed = toml::parse(text, file);
-  if (!parsed) return devicesFileError(file, positionOf(parsed.error().source()), "sintassi TOML non valida");
   try {
+    refuseExcess(text);
+    const toml::parse_result parsed = toml::parse(text, file);
+    if (!parsed) return devicesFileError(file, positionOf(parsed.error().source()), "sintassi TOML non valida");
     return devicesFrom(parsed.table());
   } catch (const Mistake& mistake) {
     return devicesFileError(file, mistake.position, mistake.reason);
@@ -230,12 +258,17 @@ std::variant<DevicesFile, DevicesFileError> parseDevicesFile(std::string_view te
 }
 
 std::variant<DevicesFile, DevicesFileError> readDevicesFile(const std::string& file) {
-  std::ifstream stream(pathOf(file), std::ios::binary);
+  const DevicesFileError unreadable{file + ": il file non si può leggere"};
   std::error_code ignored;
-  if (!stream || std::filesystem::is_directory(pathOf(file), ignored))
-    return DevicesFileError{file + ": il file non si può leggere"};
-  const std::string text{std::istreambuf_iterator<char>(stream), {}};
-  if (stream.bad()) return DevicesFileError{file + ": il file non si può leggere"};
+  // A pipe would be waited for.
+  const auto type = std::filesystem::status(pathOf(file), ignored).type();
+  if (type == std::filesystem::file_type::directory || type == std::filesystem::file_type::fifo) return unreadable;
+  std::ifstream stream(pathOf(file), std::ios::binary);
+  if (!stream) return unreadable;
+  std::string text(largestFile + 1, '\0');
+  stream.read(text.data(), static_cast<std::streamsize>(text.size()));
+  if (stream.bad()) return unreadable;
+  text.resize(static_cast<std::size_t>(stream.gcount()));
   return parseDevicesFile(text, file);
 }
 

@@ -1,5 +1,6 @@
 """Start-up of the real program, its command line and its end."""
 
+import os
 import signal
 import unittest
 
@@ -97,6 +98,15 @@ class CommandLine(Scenario):
                 status, output, complaints = self.run_to_end(*arguments)
                 self.assertEqual((status, output, len(complaints)), (2, [], 1), complaints)
                 self.assertIn(name, complaints[0])
+
+    @unittest.skipIf(ON_WINDOWS, "pipes and devices as files are native")
+    def test_a_pipe_or_an_endless_device_in_the_place_of_the_devices_file_is_refused(self):
+        pipe = self.desk.main / "devices.toml"
+        os.mkfifo(pipe)
+        self.assertEqual(self.run_to_end(*self.desk.arguments())[0], 2)
+        pipe.unlink()
+        pipe.symlink_to("/dev/zero")
+        self.assertEqual(self.run_to_end(*self.desk.arguments())[0], 2)
 
     def test_a_second_copy_is_refused_before_it_touches_anything(self):
         self.desk.start()

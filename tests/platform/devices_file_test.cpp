@@ -4,11 +4,13 @@
 #include <gmock/gmock.h>
 
 #include "platform/temporary_folder.h"
+#include "text/code_page.h"
 
 namespace tellaxis::platform {
 namespace {
 
 using test::TemporaryFolder;
+using testing::EndsWith;
 
 DevicesFile parsed(std::string_view text) {
   auto result = parseDevicesFile(text, "devices.toml");
@@ -187,6 +189,39 @@ TEST(DevicesFile, NamesEveryMistakeByLineAndColumnInOneLine) {
       {"[[serial]]\nport = 1", "devices.toml, riga 1, colonna 1: manca la chiave \"device\""},
   };
   for (const Mistake& mistake : mistakes) EXPECT_EQ(errorOf(mistake.text), mistake.message) << mistake.text;
+}
+
+TEST(DevicesFile, IsRefusedWhereItsTablesLieTooDeep) {
+  std::string dots;
+  for (int i = 0; i < 100'000; ++i) dots += "a.";
+  EXPECT_EQ(errorOf("[bridge]\n" + dots + "a = 1\n"), "devices.toml, riga 2, colonna 1: troppi punti nella riga");
+  EXPECT_EQ(errorOf("[" + dots + "a]\n"), "devices.toml, riga 1, colonna 1: troppi punti nella riga");
+  EXPECT_THAT(errorOf("a = " + std::string(100'000, '[')), EndsWith("sintassi TOML non valida"));
+  std::string tables = "a = ";
+  for (int i = 0; i < 10'000; ++i) tables += "[{ a.a.a.a = \n";
+  EXPECT_THAT(errorOf(tables), EndsWith("sintassi TOML non valida"));
+}
+
+TEST(DevicesFile, IsRefusedWhereItIsLargerThanAnyRealOne) {
+  EXPECT_EQ(errorOf(std::string(std::size_t{256} << 10, '\n')), "nessun errore");
+  EXPECT_EQ(errorOf(std::string((std::size_t{256} << 10) + 1, '\n')),
+            "devices.toml, riga 1, colonna 1: il file \xC3\xA8 troppo grande: al massimo 256 KB");
+}
+
+TEST(DevicesFile, MistakesAreShownInOneLineWhateverTheyAre) {
+  EXPECT_EQ(errorOf("\"a\\nb\\u007f\" = 1\n"), "devices.toml, riga 1, colonna 1: chiave sconosciuta \"a?b?\"");
+  EXPECT_EQ(errorOf(std::string(5000, 'k') + " = 1\n"),
+            "devices.toml, riga 1, colonna 1: chiave sconosciuta \"" + std::string(60, 'k') + "...\"");
+  std::string accents = "\"k";
+  for (int i = 0; i < 40; ++i) accents += "\xC3\xA8";
+  EXPECT_TRUE(isUtf8(errorOf(accents + "\" = 1\n")));
+}
+
+TEST(DevicesFile, InAForeignEncodingIsRefused) {
+  for (const std::string_view text :
+       {std::string_view("\xFF\xFE[\0b\0", 6), std::string_view("[bridge]\nrole = \"\xE8\"\n"),
+        std::string_view("[bridge]\nrole\0 = 1\n", 19), std::string_view("\xED\xA0\x80 = 1\n")})
+    EXPECT_THAT(errorOf(std::string(text)), EndsWith("sintassi TOML non valida"));
 }
 
 TEST(DevicesFile, IsReadFromDisk) {
