@@ -94,6 +94,17 @@ std::optional<std::string> readScheduleArguments(const Arguments& arguments, Com
   return std::nullopt;
 }
 
+/// The devices that may be tried, by their names here. A fiscal receipt is never one.
+std::optional<std::string> readCheckArguments(const Arguments& arguments, CommandLine& line) {
+  line.check = {.json = arguments.has("json"), .network = arguments.has("rete")};
+  if (arguments.command != Command::prova) return std::nullopt;
+  const auto device = deviceNamed(arguments.word);
+  if (!device || *device == Device::fiscalPrinter)
+    return "prova " + arguments.word + ": si scrive display, preconto o ricevuta";
+  line.tried = *device;
+  return std::nullopt;
+}
+
 /// Reads which computer the program is to see, and how often it looks.
 std::optional<std::string> readSystemArguments(const Arguments& arguments, CommandLine& line) {
   platform::SystemOptions& system = line.system;
@@ -129,6 +140,7 @@ std::variant<CommandLine, EndAtOnce> readCommandLine(std::string_view program, s
   if (const auto complaint = readSystemArguments(arguments, line)) return unusable(program, *complaint);
   if (const auto complaint = readScheduleArguments(arguments, line)) return unusable(program, *complaint);
   if (const auto complaint = readDiaryArguments(arguments, line.diary)) return unusable(program, *complaint);
+  if (const auto complaint = readCheckArguments(arguments, line)) return unusable(program, *complaint);
   return line;
 }
 

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <variant>
 
+#include "app/check_command.h"
 #include "app/diary_command.h"
 #include "app/options.h"
 #include "platform/clock.h"
@@ -23,6 +24,8 @@ struct CommandLine {
   std::string stationRole = "CLIENT";     ///< of `pianificate`
   std::optional<platform::DateTime> now;  ///< of `pianificate`: the minute to pretend
   DiaryRequest diary;                     ///< of `diario` and `ristampa`
+  CheckOptions check;                     ///< of `controlla`
+  Device tried = Device::display;         ///< of `prova`
 };
 
 /// The program is to print a text and end: on standard output with status 0, on standard error with another.

@@ -22,6 +22,7 @@ struct DiaryRequest {
 struct CommandResult {
   int status = 0;
   std::string text;
+  bool isReport = false;  ///< what was asked for, whatever the status: nothing to complain about
 };
 
 /// The entries as text for the reader, or as one JSON object a line. `mainFolder` is in code page 1252, here and below.

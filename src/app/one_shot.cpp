@@ -1,10 +1,17 @@
 // One-shot: single operations without the start-up.
 #include "app/one_shot.h"
 
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "app/ports_command.h"
+#include "app/trial_command.h"
 #include "connect/ftp.h"
 #include "connect/schedule.h"
 #include "core/bridge.h"
 #include "core/settings.h"
+#include "platform/devices_file.h"
 #include "platform/instance.h"
 
 namespace tellaxis {
@@ -24,6 +31,24 @@ class PretendedClock : public platform::Clock {
   platform::Clock& clock_;
   const std::optional<platform::DateTime>& now_;
 };
+
+std::vector<platform::PrinterDefinition> listedPrinters(const platform::SystemOptions& options) {
+  const auto file = platform::devicesFileOf(options.devicesFile, options.mainFolder);
+  auto read = file ? platform::readDevicesFile(*file) : platform::DevicesFile{};
+  auto* const devices = std::get_if<platform::DevicesFile>(&read);
+  return devices != nullptr ? std::move(devices->printers) : std::vector<platform::PrinterDefinition>();
+}
+
+/// The commands for whoever sets the devices up or looks for what is wrong.
+CommandResult lookAround(platform::System& system, const CommandLine& line, const std::string& mainFolder) {
+  platform::Host& host = system.host();
+  const auto serving = platform::servingProcess(line.system.mainFolder);
+  if (line.command == Command::prova)
+    return tryOnce(host, system.options(), mainFolder, line.tried, serving.has_value());
+  const auto inspection = system.openInspection();
+  if (line.command == Command::porte) return showPorts(host, *inspection, listedPrinters(line.system));
+  return showCheck(host, *inspection, system.options(), mainFolder, serving, line.check);
+}
 
 }  // namespace
 
@@ -55,6 +80,8 @@ int runOnce(platform::System& system, const CommandLine& line, const std::string
     const bool running = platform::lockMainFolder(line.system.mainFolder) == nullptr;
     return said(reprintFromDiary(host, system.options(), mainFolder, line.diary, running));
   }
+  if (line.command == Command::controlla || line.command == Command::prova || line.command == Command::porte)
+    return said(lookAround(system, line, mainFolder));
   if (line.command == Command::ftp) return transferOnce(host, mainFolder) ? 0 : statusNotTransferred;
   runScheduledOnce(host, mainFolder, line.stationRole, line.now);
   return 0;

@@ -22,7 +22,8 @@ bool transferOnce(platform::Host& host, const std::string& mainFolder);
 void runScheduledOnce(platform::Host& host, const std::string& mainFolder, const std::string& stationRole,
                       const std::optional<platform::DateTime>& now);
 
-/// How a program shows what a command says, in UTF-8: on standard output with status 0, as a complaint with another.
+/// How a program shows what a command says, in UTF-8: on standard output with status 0 or where it is a report, as a
+/// complaint else.
 using Say = std::function<void(const CommandResult& result)>;
 
 /// Carries out the command of `line`, which is one operation, and returns the program's status.

@@ -15,6 +15,7 @@ constexpr std::uint32_t bitOf(Command command) { return 1U << static_cast<unsign
 constexpr std::uint32_t pianificate = bitOf(Command::pianificate);
 constexpr std::uint32_t diario = bitOf(Command::diario);
 constexpr std::uint32_t ristampa = bitOf(Command::ristampa);
+constexpr std::uint32_t controlla = bitOf(Command::controlla);
 
 constexpr NamedCommand commands[] = {
     {.name = "ftp",
@@ -28,6 +29,16 @@ constexpr NamedCommand commands[] = {
              "questo minuto e quella richiesta a mano"},
     {.name = "diario", .command = Command::diario, .help = "mostra i lavori del diario, di norma quelli di oggi"},
     {.name = "ristampa", .command = Command::ristampa, .word = "ID", .help = "rimette in coda un lavoro del diario"},
+    {.name = "controlla",
+     .command = Command::controlla,
+     .help = "dice che cosa non va nell'installazione, senza\n"
+             "cambiare nulla; esce con 1 se c'è un errore"},
+    {.name = "prova",
+     .command = Command::prova,
+     .word = "NOME",
+     .help = "manda un lavoro di prova a display, preconto o\n"
+             "ricevuta e dice che cosa ne è stato"},
+    {.name = "porte", .command = Command::porte, .help = "elenca le porte seriali e le stampanti"},
 };
 
 constexpr Option options[] = {
@@ -66,7 +77,8 @@ constexpr Option options[] = {
     {.name = "al", .value = "GIORNO", .commands = diario, .help = "fino al giorno"},
     {.name = "dispositivo", .value = "NOME", .commands = diario, .help = "fiscale, display, ricevuta o preconto"},
     {.name = "problemi", .value = "", .commands = diario, .help = "solo i lavori a cui qualcuno deve badare"},
-    {.name = "json", .value = "", .commands = diario, .help = "un oggetto JSON per riga"},
+    {.name = "json", .value = "", .commands = diario | controlla, .help = "in JSON, per un altro programma"},
+    {.name = "rete", .value = "", .commands = controlla, .help = "si collega anche al server FTP, senza trasferire"},
     {.name = "fiscale", .value = "", .commands = ristampa, .help = "anche un lavoro del misuratore fiscale"},
     {.name = "anche-se-emesso",
      .value = "",

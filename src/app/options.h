@@ -12,7 +12,7 @@
 namespace tellaxis {
 
 /// Staying to poll, or one operation and an end.
-enum class Command : std::uint8_t { stay, ftp, pianificate, diario, ristampa };
+enum class Command : std::uint8_t { stay, ftp, pianificate, diario, ristampa, controlla, prova, porte };
 
 struct NamedCommand {
   std::string_view name;

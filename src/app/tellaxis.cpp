@@ -82,7 +82,9 @@ int carryOut(const CommandLine& line, const std::string& mainFolder) {
   if (line.command == Command::ftp) stop.emplace();
   auto opened = platform::openSystem(line.system);
   if (const auto* error = std::get_if<platform::SystemError>(&opened)) return complain(error->message, statusUnusable);
-  const auto sayResult = [](const CommandResult& result) { say(result.status == 0 ? stdout : stderr, result.text); };
+  const auto sayResult = [](const CommandResult& result) {
+    say(result.status == 0 || result.isReport ? stdout : stderr, result.text);
+  };
   return runOnce(*std::get<std::unique_ptr<platform::System>>(opened), line, mainFolder, sayResult);
 }
 

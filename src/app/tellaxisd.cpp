@@ -69,7 +69,9 @@ int stay(const CommandLine& line, const std::string& mainFolder) {
   return 0;
 }
 
-void say(const CommandResult& result) { std::fputs(result.text.c_str(), result.status == 0 ? stdout : stderr); }
+void say(const CommandResult& result) {
+  std::fputs(result.text.c_str(), result.status == 0 || result.isReport ? stdout : stderr);
+}
 
 /// Beside a copy that stays, or without one.
 int carryOut(const CommandLine& line, const std::string& mainFolder) {

@@ -43,17 +43,21 @@ std::string portName(const Bridge& bridge) {
   return isNumber ? serialPortName(bridge) : setting(bridge) + ":";
 }
 
-std::optional<platform::InstalledPrinter> selectPrinterOnPort(platform::Host& host, std::string_view port,
-                                                              Matching matching) {
+platform::PrinterSearch findPrinterOnPort(platform::Host& host, std::string_view port, Matching matching) {
   std::size_t place = 0;
   platform::PrinterSearch inOtherWords;
-  platform::PrinterSearch found = host.Printer.find([&](const platform::InstalledPrinter& printer) {
+  const platform::PrinterSearch found = host.Printer.find([&](const platform::InstalledPrinter& printer) {
     if (!inOtherWords.index && isAmong(printer.Port, port, matching))
       inOtherWords = {.complete = true, .index = place, .printer = printer};
     ++place;
     return matches(printer.Port, port, matching);
   });
-  if (!found.index) found = inOtherWords;
+  return found.index ? found : inOtherWords;
+}
+
+std::optional<platform::InstalledPrinter> selectPrinterOnPort(platform::Host& host, std::string_view port,
+                                                              Matching matching) {
+  const platform::PrinterSearch found = findPrinterOnPort(host, port, matching);
   if (!found.index) return std::nullopt;
   host.Printer.select(*found.index);
   return found.printer;

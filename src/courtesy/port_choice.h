@@ -19,9 +19,11 @@ std::string portName(const Bridge& bridge);
 
 enum class Matching : std::uint8_t { exact, ignoringCase };
 
-/// Makes the first installed printer on this port the current one. Where none has exactly this port, one counts whose
-/// pool of ports ("COM3:,COM4:") has it, and the colon is of no account. Where there is none, the current printer stays
-/// and nothing is returned.
+/// The first installed printer on this port. Where none has exactly this port, one counts whose pool of ports
+/// ("COM3:,COM4:") has it, and the colon is of no account.
+platform::PrinterSearch findPrinterOnPort(platform::Host& host, std::string_view port, Matching matching);
+
+/// Makes that printer the current one. Where there is none, the current printer stays and nothing is returned.
 std::optional<platform::InstalledPrinter> selectPrinterOnPort(platform::Host& host, std::string_view port,
                                                               Matching matching);
 

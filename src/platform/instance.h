@@ -1,7 +1,9 @@
 // Instance: one copy of the program a main folder.
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -20,6 +22,10 @@ std::unique_ptr<InstanceLock> lockMainFolder(std::string_view mainFolder);
 /// Which file keeps the lock of `mainFolder` from being had, and why, in UTF-8; empty where it is another copy that
 /// does.
 std::string whyUnlockable(std::string_view mainFolder);
+
+/// The number of the process that holds the lock of `mainFolder`, 0 where it cannot be known; nothing when there is no
+/// such process. Only looks: a copy that starts meanwhile is not refused for it.
+std::optional<std::uint32_t> servingProcess(std::string_view mainFolder);
 
 /// Asks the copy that holds the lock of `mainFolder` to end, as Ctrl-C would. To be asked once: a second request may
 /// end the copy in the middle of a job. False when there is no such copy, or none that this user may ask.

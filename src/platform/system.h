@@ -11,6 +11,7 @@
 
 #include "platform/bridge_options.h"
 #include "platform/host.h"
+#include "platform/inspection.h"
 #include "platform/job_notices.h"
 
 namespace tellaxis::platform {
@@ -37,6 +38,9 @@ class System {
 
   /// Notices of jobs; `whole` is called from a thread of theirs. The system must outlive them.
   virtual std::unique_ptr<JobNotices> openJobNotices(std::function<void()> whole) = 0;
+
+  /// Looks at this computer. The system must outlive it.
+  virtual std::unique_ptr<Inspection> openInspection() = 0;
 };
 
 /// Why the services could not be made: one Italian line naming the argument, or the file, line and column.

@@ -17,6 +17,7 @@ class FtpClients : public platform::FtpClients {
   bool getSucceeds = true;
   bool deleteSucceeds = true;
   bool putSucceeds = true;
+  platform::FtpLogin login = platform::FtpLogin::done;
 
   std::unique_ptr<platform::FtpClient> create() override;
 
@@ -31,6 +32,14 @@ class FtpClient : public platform::FtpClient {
   explicit FtpClient(FtpClients& clients) : clients_(clients) {}
   ~FtpClient() override { clients_.journal_.record("ftp release"); }
 
+  platform::FtpLogin logIn(std::string_view server, std::string_view user, std::string_view password,
+                           std::string& reason) override {
+    const bool succeeds = note("logIn", {server, user, password});
+    const bool possible = platform::ftpAddressFrom(server) && !platform::wouldEndCommand({server, user, password});
+    const auto login = succeeds && possible ? clients_.login : platform::FtpLogin::unreachable;
+    if (!done(login == platform::FtpLogin::done, "logIn")) reason = "finto";
+    return login;
+  }
   bool bQGetFile(std::string_view server, std::string_view user, std::string_view password, std::string_view remoteFile,
                  std::string_view localFile, platform::TransferType type, bool overwrite) override {
     const bool succeeds =

@@ -35,6 +35,15 @@ class LinuxFtpClient : public FtpClient {
                  std::function<bool()> stopped)
       : session_(std::move(session)), paths_(paths), trace_(trace), limits_(limits), stopped_(std::move(stopped)) {}
 
+  FtpLogin logIn(std::string_view server, std::string_view user, std::string_view password,
+                 std::string& reason) override {
+    const auto failure = session_->logIn({server, user, password, "", limits_, stopped_});
+    if (!failure) return FtpLogin::done;
+    reason = failure->reason;
+    trace_.failed("logIn", server, reason);
+    return failure->refused ? FtpLogin::refused : FtpLogin::unreachable;
+  }
+
   bool bQGetFile(std::string_view server, std::string_view user, std::string_view password, std::string_view remoteFile,
                  std::string_view localFile, TransferType /*type*/, bool overwrite) override {
     return noted("bQGetFile", remoteFile,

@@ -72,6 +72,13 @@ std::string whyUnlockable(std::string_view mainFolder) {
   return lockFileOf(mainFolder) + ": " + utf8FromCodePage(reason);
 }
 
+std::optional<std::uint32_t> servingProcess(std::string_view mainFolder) {
+  struct stat file {};
+  if (::lstat(lockFileOf(mainFolder).c_str(), &file) != 0) return std::nullopt;
+  const auto holder = lockHolderOfAnyUser(file);
+  return holder ? std::optional(static_cast<std::uint32_t>(*holder)) : std::nullopt;
+}
+
 bool requestEnd(std::string_view mainFolder) {
   const Descriptor file = openLock(std::string(mainFolder));
   const auto holder = file ? lockHolder(file.number()) : std::nullopt;

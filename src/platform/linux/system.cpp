@@ -14,6 +14,7 @@
 #include "platform/linux/files.h"
 #include "platform/linux/files/paths.h"
 #include "platform/linux/ftp_client.h"
+#include "platform/linux/inspection.h"
 #include "platform/linux/job_notices.h"
 #include "platform/linux/locale.h"
 #include "platform/linux/printers.h"
@@ -52,6 +53,10 @@ class LinuxSystem : public System {
   std::unique_ptr<JobNotices> openJobNotices(std::function<void()> whole) override {
     return std::make_unique<LinuxJobNotices>([this](std::string_view path) { return paths_.resolve(path); },
                                              std::move(whole), *trace_);
+  }
+
+  std::unique_ptr<Inspection> openInspection() override {
+    return std::make_unique<LinuxInspection>(paths_, serialPorts_);
   }
 
  private:

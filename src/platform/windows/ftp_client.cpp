@@ -5,11 +5,13 @@
 // After windows.h, which it needs.
 #include <wininet.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <functional>
+#include <iterator>
 #include <limits>
 #include <mutex>
 #include <optional>
@@ -99,6 +101,7 @@ class Operation {
     const INTERNET_PORT port = address.port != 0 ? address.port : INTERNET_DEFAULT_FTP_PORT;
     const HINTERNET session = InternetConnectA(library, address.host.c_str(), port, user.c_str(), password.c_str(),
                                                INTERNET_SERVICE_FTP, INTERNET_FLAG_PASSIVE, 0);
+    if (session == nullptr) refused_ = serverAnswered(GetLastError());
     if (!keep(session)) return;
     loggedIn_ = true;
     limitTransfer(session);
@@ -120,7 +123,16 @@ class Operation {
     return failure_;
   }
 
+  /// Whether the server was there and did not take the account.
+  bool refused() const { return refused_; }
+
  private:
+  static bool serverAnswered(DWORD error) {
+    constexpr DWORD answers[] = {ERROR_INTERNET_LOGIN_FAILURE, ERROR_INTERNET_INCORRECT_PASSWORD,
+                                 ERROR_INTERNET_INCORRECT_USER_NAME, ERROR_INTERNET_EXTENDED_ERROR};
+    return std::ranges::find(answers, error) != std::end(answers);
+  }
+
   /// False, and the operation is over, when the handle is none or nobody waits any more.
   bool keep(HINTERNET handle) {
     if (handle == nullptr) {
@@ -147,6 +159,7 @@ class Operation {
   }
 
   std::atomic<bool> loggedIn_ = false;
+  std::atomic<bool> refused_ = false;
   std::mutex mutex_;
   std::condition_variable changed_;
   std::vector<InternetHandle> handles_;
@@ -174,6 +187,16 @@ std::int64_t roomFor(const std::wstring& path) {
 class WinInetClient : public FtpClient {
  public:
   explicit WinInetClient(Trace& trace) : trace_(trace) {}
+
+  FtpLogin logIn(std::string_view server, std::string_view user, std::string_view password,
+                 std::string& reason) override {
+    const auto nothing = [](HINTERNET) { return true; };
+    const auto failure = attempt({server, user, password, ""}, nothing, unwantedAfter(limits.stall));
+    if (!failure) return FtpLogin::done;
+    reason = failure->reason;
+    failed(trace_, "logIn", server, reason);
+    return failure->refused ? FtpLogin::refused : FtpLogin::unreachable;
+  }
 
   bool bQGetFile(std::string_view server, std::string_view user, std::string_view password, std::string_view remoteFile,
                  std::string_view localFile, TransferType /*type*/, bool overwrite) override {
@@ -227,16 +250,26 @@ class WinInetClient : public FtpClient {
     return [end = std::chrono::steady_clock::now() + time] { return std::chrono::steady_clock::now() >= end; };
   }
 
+  struct Failure {
+    std::string reason;
+    bool refused = false;
+  };
+
   bool inSession(std::string_view name, const Request& request, std::function<bool(HINTERNET)> work,
                  const std::function<bool()>& unwanted) {
+    if (request.remoteFile.empty()) return failed(trace_, name, request.server, "manca il nome del file remoto");
+    const auto failure = attempt(request, std::move(work), unwanted);
+    return !failure || failed(trace_, name, request.remoteFile, failure->reason);
+  }
+
+  static std::optional<Failure> attempt(const Request& request, std::function<bool(HINTERNET)> work,
+                                        const std::function<bool()>& unwanted) {
     const auto& [server, user, password, remoteFile] = request;
     if (wouldEndCommand({server, user, password, remoteFile}))
-      return failed(trace_, name, server, "un testo contiene un fine riga o un carattere nullo");
-    if (remoteFile.empty()) return failed(trace_, name, server, "manca il nome del file remoto");
+      return Failure{.reason = "un testo contiene un fine riga o un carattere nullo"};
     const auto address = ftpAddressFrom(server);
-    if (!address) return failed(trace_, name, server, "l'indirizzo del server non \xE8 valido");
-    if (address->security != FtpSecurity::none)
-      return failed(trace_, name, server, "Windows non offre trasferimenti FTP cifrati");
+    if (!address) return Failure{.reason = "l'indirizzo del server non \xE8 valido"};
+    if (address->security != FtpSecurity::none) return Failure{.reason = "Windows non offre trasferimenti FTP cifrati"};
     const auto operation = std::make_shared<Operation>();
     operation->address = *address;
     operation->user = user;
@@ -245,10 +278,11 @@ class WinInetClient : public FtpClient {
     try {
       std::thread([operation] { operation->carryOut(); }).detach();
     } catch (const std::system_error&) {
-      return failed(trace_, name, remoteFile, systemReason(ERROR_NOT_ENOUGH_MEMORY));
+      return Failure{.reason = systemReason(ERROR_NOT_ENOUGH_MEMORY)};
     }
     const auto failure = operation->result([&] { return stopWasAsked() || unwanted(); });
-    return !failure || failed(trace_, name, remoteFile, *failure);
+    if (!failure) return std::nullopt;
+    return Failure{.reason = *failure, .refused = operation->refused()};
   }
 
   Trace& trace_;

@@ -7,6 +7,7 @@
 #include "platform/processes/command_line.h"
 #include "platform/windows/kernel/native.h"
 #include "platform/windows/kernel/patient_wait.h"
+#include "platform/windows/processes/program_file.h"
 
 namespace tellaxis::platform {
 
@@ -27,21 +28,6 @@ WORD showCommand(WindowStyle wanted) {
   for (const auto& [style, command] : showCommands)
     if (style == wanted) return command;
   return SW_SHOWNORMAL;
-}
-
-bool isFile(const std::wstring& path) {
-  const DWORD attributes = GetFileAttributesW(path.c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
-}
-
-/// The full path of the program's file: of a path, from the present folder; of a bare name, from the search path.
-std::optional<std::wstring> programFile(std::string_view name) {
-  const std::wstring program = wide(name);
-  wchar_t path[MAX_PATH];
-  const DWORD length = isPath(name) ? GetFullPathNameW(program.c_str(), MAX_PATH, path, nullptr)
-                                    : SearchPathW(nullptr, program.c_str(), nullptr, MAX_PATH, path, nullptr);
-  if (length == 0 || length >= MAX_PATH || !isFile(path)) return std::nullopt;
-  return std::wstring(path, length);
 }
 
 /// A program that asks for an administrator's rights is started with those of the user: most drivers ask without need.

@@ -13,6 +13,7 @@
 #include "platform/windows/clock.h"
 #include "platform/windows/files.h"
 #include "platform/windows/ftp_client.h"
+#include "platform/windows/inspection.h"
 #include "platform/windows/job_notices.h"
 #include "platform/windows/locale.h"
 #include "platform/windows/printers.h"
@@ -39,6 +40,8 @@ class WindowsSystem : public System {
   std::unique_ptr<JobNotices> openJobNotices(std::function<void()> whole) override {
     return std::make_unique<WindowsJobNotices>(std::move(whole), *trace_);
   }
+
+  std::unique_ptr<Inspection> openInspection() override { return std::make_unique<WindowsInspection>(); }
 
  private:
   std::unique_ptr<Trace> trace_;

@@ -22,6 +22,7 @@ struct FakeDesk {
 
   FakeDesk() {
     auto& clients = computer.ftpClients;
+    clients.login = platform::FtpLogin::unreachable;
     clients.getSucceeds = clients.deleteSucceeds = clients.putSucceeds = false;
   }
   platform::FtpClients& ftpClients() { return computer.ftpClients; }
@@ -73,6 +74,15 @@ TYPED_TEST(FtpClientContract, AServerThatIsAwayIsAFailureAndLeavesTheLocalFile) 
   EXPECT_EQ(this->successes("127.0.0.1:1", "u", "segreta", "r"), 0);
   EXPECT_EQ(this->desk.failures(), 3);
   EXPECT_EQ(this->desk.text(), "prima");
+}
+
+TYPED_TEST(FtpClientContract, ALogInToAServerThatIsAwayOrNoneIsUnreachableAndSaysWhy) {
+  for (const std::string& server : {std::string("127.0.0.1:1"), std::string(), std::string("127.0.0.1:1\r\nDELE y")}) {
+    std::string reason;
+    EXPECT_EQ(this->client->logIn(server, "u", "segreta", reason), platform::FtpLogin::unreachable) << server;
+    EXPECT_NE(reason, "");
+  }
+  EXPECT_EQ(this->desk.failures(), 3);
 }
 
 }  // namespace

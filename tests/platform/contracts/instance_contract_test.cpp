@@ -41,5 +41,18 @@ TEST_F(InstanceContract, AFolderIsFreeAgainWhenItsCopyEnds) {
   EXPECT_NE(platform::lockMainFolder(mainFolder("cassa")), nullptr);
 }
 
+TEST_F(InstanceContract, TheServingProcessIsKnownAndAskingDisturbsNobody) {
+  const std::string cassa = mainFolder("cassa");
+  EXPECT_FALSE(platform::servingProcess(cassa));
+  EXPECT_TRUE(std::filesystem::is_empty(cassa)) << "asking leaves no trace";
+  auto lock = platform::lockMainFolder(cassa);
+  ASSERT_NE(lock, nullptr);
+  EXPECT_TRUE(platform::servingProcess(cassa));
+  EXPECT_FALSE(platform::servingProcess(mainFolder("cassa2")));
+  lock.reset();
+  EXPECT_FALSE(platform::servingProcess(cassa));
+  EXPECT_NE(platform::lockMainFolder(cassa), nullptr);
+}
+
 }  // namespace
 }  // namespace tellaxis::test

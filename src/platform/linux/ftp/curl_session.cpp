@@ -103,6 +103,15 @@ class CurlSession : public FtpSession {
   /// False when the library had no memory for a session.
   bool works() const { return curl_ && transfers_; }
 
+  std::optional<LoginFailure> logIn(const FtpRequest& request) override {
+    if (auto complaint = prepare(request)) return LoginFailure{.reason = *complaint};
+    set(CURLOPT_URL, urlOf(address_, "").c_str());
+    set(CURLOPT_NOBODY, 1L);
+    auto failure = perform();
+    if (!failure) return std::nullopt;
+    return LoginFailure{.reason = *failure, .refused = lastCode_ == CURLE_LOGIN_DENIED};
+  }
+
   std::optional<std::string> get(const FtpRequest& request, const BytesTaker& take) override {
     if (!isFileName(request.remoteFile)) return "non \xE8 il nome di un file";
     if (auto complaint = prepare(request)) return complaint;
@@ -190,6 +199,7 @@ class CurlSession : public FtpSession {
       set(CURLOPT_FTPPORT, "-");
       code = performOnce();
     }
+    lastCode_ = code;
     if (code == CURLE_OK) return std::nullopt;
     return transferReason(curl_.get(), code);
   }
@@ -210,6 +220,7 @@ class CurlSession : public FtpSession {
   std::unique_ptr<CURL, HandleCloser> curl_{curl_easy_init()};
   std::unique_ptr<CURLM, TransfersCloser> transfers_{curl_multi_init()};  // gone first: the handle outlives it
   FtpAddress address_;
+  CURLcode lastCode_ = CURLE_OK;
   Supervision supervision_;
 };
 

@@ -1,8 +1,7 @@
 // Lock holder: the system's list of locks, and what the processes in it have open.
 #include "platform/linux/kernel/lock_holder.h"
 
-#include <sys/stat.h>
-
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -30,31 +29,41 @@ std::optional<LockLine> lockFrom(const std::string& text) {
   return std::nullopt;
 }
 
-/// The list's device numbers are not those of `stat` on every file system, so the process's own files are looked at.
-bool hasOpen(pid_t process, const struct stat& file) {
+enum class Opened : std::uint8_t { no, yes, unknown };
+
+/// Whether a process has this file open; unknown where its files may not be looked at. The list's device numbers are
+/// not those of `stat` on every file system, so the process's own files are looked at.
+Opened hasOpen(pid_t process, const struct stat& file) {
   std::error_code failure;
-  for (const auto& entry : std::filesystem::directory_iterator("/proc/" + std::to_string(process) + "/fd", failure)) {
+  const std::filesystem::directory_iterator files("/proc/" + std::to_string(process) + "/fd", failure);
+  if (failure == std::errc::permission_denied) return Opened::unknown;
+  for (const auto& entry : files) {
     struct stat opened = {};
     if (stat(entry.path().c_str(), &opened) == 0 && opened.st_dev == file.st_dev && opened.st_ino == file.st_ino)
-      return true;
+      return Opened::yes;
   }
-  return false;
+  return Opened::no;
+}
+
+std::optional<pid_t> findHolder(const struct stat& file, bool ofAnyUser) {
+  const std::string inode = ":" + std::to_string(file.st_ino);
+  std::ifstream locks("/proc/locks");
+  for (std::string text; std::getline(locks, text);) {
+    const auto line = lockFrom(text);
+    if (!line || line->kind != "FLOCK" || line->process <= 0 || !line->file.ends_with(inode)) continue;
+    const Opened opened = hasOpen(line->process, file);
+    if (opened == Opened::yes || (ofAnyUser && opened == Opened::unknown)) return line->process;
+  }
+  return std::nullopt;
 }
 
 }  // namespace
 
 std::optional<pid_t> lockHolder(int descriptor) {
   struct stat file = {};
-  if (fstat(descriptor, &file) != 0) return std::nullopt;
-  const std::string inode = ":" + std::to_string(file.st_ino);
-  std::ifstream locks("/proc/locks");
-  for (std::string text; std::getline(locks, text);) {
-    const auto line = lockFrom(text);
-    if (line && line->kind == "FLOCK" && line->process > 0 && line->file.ends_with(inode) &&
-        hasOpen(line->process, file))
-      return line->process;
-  }
-  return std::nullopt;
+  return fstat(descriptor, &file) == 0 ? findHolder(file, false) : std::nullopt;
 }
+
+std::optional<pid_t> lockHolderOfAnyUser(const struct stat& file) { return findHolder(file, true); }
 
 }  // namespace tellaxis::platform
