@@ -217,6 +217,20 @@ TEST(DevicesFile, MistakesAreShownInOneLineWhateverTheyAre) {
   EXPECT_TRUE(isUtf8(errorOf(accents + "\" = 1\n")));
 }
 
+TEST(DevicesFile, LettersBeyondAsciiStandInQuotesOnly) {
+  for (char32_t letter = 0xA1; letter < 0x10000; ++letter) {
+    const bool isBlank = letter == 0x1680 || letter == 0x180E || (letter >= 0x2000 && letter <= 0x200B) ||
+                         letter == 0x202F || letter == 0x205F || letter == 0x2060 || letter == 0x3000 ||
+                         letter == 0xFEFF;
+    if (isBlank || (letter >= 0xD800 && letter < 0xE000)) continue;
+    std::string utf8;
+    appendUtf8(utf8, letter);
+    ASSERT_THAT(errorOf(utf8 + " = 1\n"), EndsWith("sintassi TOML non valida")) << static_cast<int>(letter);
+    ASSERT_THAT(errorOf("[bridge" + utf8 + "]\n"), EndsWith("sintassi TOML non valida")) << static_cast<int>(letter);
+  }
+  EXPECT_EQ(errorOf("# \xC3\xA8\n[bridge]\ndiary = \"\xC3\xA8\"\n"), "nessun errore");
+}
+
 TEST(DevicesFile, InAForeignEncodingIsRefused) {
   for (const std::string_view text :
        {std::string_view("\xFF\xFE[\0b\0", 6), std::string_view("[bridge]\nrole = \"\xE8\"\n"),

@@ -1,6 +1,10 @@
 // System: the services of a Linux computer, put together.
 #include "platform/system.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <csignal>
 #include <filesystem>
 #include <map>
@@ -16,6 +20,7 @@
 #include "platform/linux/ftp_client.h"
 #include "platform/linux/inspection.h"
 #include "platform/linux/job_notices.h"
+#include "platform/linux/kernel/descriptor.h"
 #include "platform/linux/locale.h"
 #include "platform/linux/printers.h"
 #include "platform/linux/processes.h"
@@ -86,11 +91,21 @@ class LinuxSystem : public System {
              .trace = *trace_};
 };
 
+/// What the bridge has open at once with all its devices and a job under way, with something to spare.
+constexpr int descriptorsOfBridge = 64;
+
+/// With fewer the settings could not be read, and a bridge without settings would seem to serve.
+bool mayOpenEnough() {
+  const Descriptor highest(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, descriptorsOfBridge - 1));
+  return highest || errno == EBADF;
+}
+
 }  // namespace
 
 std::variant<std::unique_ptr<System>, SystemError> openSystem(const SystemOptions& options) {
   const auto regional = options.localeName ? settingsOfLocale(*options.localeName) : settingsOfEnvironment();
   if (!regional) return SystemError{"--locale " + *options.localeName + ": impostazioni internazionali sconosciute"};
+  if (!mayOpenEnough()) return SystemError{"il sistema concede troppo pochi file aperti (ulimit -n)"};
   const auto file = devicesFileOf(options.devicesFile, options.mainFolder);
   const auto devices = file ? readDevicesFile(*file) : DevicesFile{};
   if (const auto* error = std::get_if<DevicesFileError>(&devices)) return SystemError{error->message};
