@@ -254,6 +254,32 @@ def slip(printer):
     return scene
 
 
+def check(desk):
+    """Status and lines of `controlla`."""
+    program = desk.launch(*desk.arguments(POLLING), "controlla")
+    return program.wait(), program.output
+
+
+def checked_installation(desk, report):
+    """The whole installation under `controlla`, first as it should be, then with its fiscal driver gone."""
+    line = SerialLine(desk, 5).plug_in()
+    configure_everything(desk)
+    with open(desk.main / "devices.toml", "a", encoding="utf-8") as devices:
+        devices.write("[bridge]\nmidnight = true\n")
+    program = desk.start(polling=POLLING)
+    for what, expected, problem in (("in order", 0, "0 errori, 0 avvisi"), ("without its driver", 1, "[driver-missing]")):
+        if expected:
+            desk.settings(MF_Driver="C:\\NucleoDriver\\NucleoDriver.exe")
+        status, lines = check(desk)
+        report.lines.append(f"  controlla on an installation {what}: status {status}")
+        report.lines.extend(f"            {line}" for line in lines)
+        if status != expected or problem not in "\n".join(lines):
+            report.lacks(f"controlla on an installation {what}", f"status {status}")
+    if program.stop() != 0:
+        report.lacks("a clean end", "after controlla")
+    line.pull_out()
+
+
 SCENES = (
     whole_installation,
     program_driver("ONDA DRIVER - 91"),
@@ -269,6 +295,7 @@ SCENES = (
     slip("EPSON TM-U295 Slip"),
     sample_transfers.transfers,
     sample_transfers.scheduled_operation,
+    checked_installation,
 )
 
 
