@@ -16,7 +16,7 @@ std::string printersThere(platform::PrinterObject& printers) {
   if (installed->empty()) return "Non c'\xE8 nessuna stampante.";
   std::vector<std::string> names;
   for (const platform::InstalledPrinter& printer : *installed)
-    names.push_back(printer.DeviceName + " (" + printer.Port + ")");
+    names.push_back(std::string(printer.DeviceName).append(" (").append(printer.Port).append(")"));
   return "Ci sono: " + listed(names) + ".";
 }
 

@@ -48,6 +48,12 @@ bool isReached(const CheckScene& scene, std::string_view key) {
 /// A code, and each of its two fields ended.
 bool isWellFormed(std::string_view entry) { return !entry.starts_with('#') && std::ranges::count(entry, '#') >= 2; }
 
+/// What is wrong with an entry, as the end of a sentence; empty where nothing is.
+std::string_view faultOf(const CheckScene& scene, std::string_view key, std::string_view entry) {
+  if (!isReached(scene, key)) return " non cade in nessun giorno e minuto.";
+  return isWellFormed(entry) ? "" : " non ha un codice e un'etichetta chiusi da #.";
+}
+
 }  // namespace
 
 void checkSchedule(const CheckScene& scene, Findings& findings) {
@@ -61,10 +67,8 @@ void checkSchedule(const CheckScene& scene, Findings& findings) {
     // What has no "#" at all is a key of another purpose.
     if (key.find('#') == std::string::npos && entry.find('#') == std::string::npos) continue;
     ++entries;
-    if (!isReached(scene, key))
-      wrong.push_back("La voce " + key + "=" + entry + " non cade in nessun giorno e minuto.");
-    else if (!isWellFormed(entry))
-      wrong.push_back("La voce " + key + "=" + entry + " non ha un codice e un'etichetta chiusi da #.");
+    const std::string_view fault = faultOf(scene, key, entry);
+    if (!fault.empty()) wrong.push_back(std::string("La voce ").append(key).append("=").append(entry).append(fault));
   }
   findings.add(Code::lookedAt, "Calendario " + file + ", " + counted(entries, "voce", "voci") + ".");
   if (!look.mayRead) findings.add(Code::scheduleUnreadable, "Il calendario " + file + " non si pu\xF2 leggere.");

@@ -27,7 +27,7 @@ WaitingJobs jobsIn(const CheckScene& scene, const std::string& folder) {
   const auto names = scene.bridge.host.files.list(folder);
   if (!names) return jobs;
   for (const std::string& name : *names) {
-    const platform::PathLook look = scene.inspection.look(folder + "\\" + name);
+    const platform::PathLook look = scene.inspection.look(std::string(folder).append("\\").append(name));
     if (!look.isFile) continue;
     ++jobs.count;
     jobs.oldest = std::max(jobs.oldest, look.age);
