@@ -18,6 +18,12 @@ void ConnectedDevices::MF_Invia(std::string_view jobFile) { tellaxis::MF_Invia(b
 void ConnectedDevices::LanciaFileRF() { tellaxis::LanciaFileRF(bridge_, printedForms_); }
 void ConnectedDevices::Cort_StampaFile(std::string_view jobFile) { tellaxis::Cort_StampaFile(bridge_, jobFile); }
 
+std::optional<platform::InstalledPrinter> ConnectedDevices::printerOf(Device device) {
+  if (device == Device::courtesyPrinter) return courtesyPrinter(bridge_);
+  if (device == Device::slipPrinter) return slipPrinter(bridge_);
+  return std::nullopt;
+}
+
 void ConnectedDevices::Display_StartUP_Valori() { tellaxis::Display_StartUP_Valori(bridge_); }
 void ConnectedDevices::Display_StartUP_Orbis() { tellaxis::Display_StartUP_Orbis(bridge_); }
 void ConnectedDevices::MF_StartUP_Valori() { tellaxis::MF_StartUP_Valori(bridge_); }

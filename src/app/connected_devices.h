@@ -3,11 +3,12 @@
 
 #include "core/bridge.h"
 #include "core/devices.h"
+#include "core/paper.h"
 #include "slip/printed_forms.h"
 
 namespace tellaxis {
 
-class ConnectedDevices : public Devices, public DeviceSetup {
+class ConnectedDevices : public Devices, public DeviceSetup, public JobPrinters {
  public:
   explicit ConnectedDevices(Bridge& bridge) : bridge_(bridge) {}
 
@@ -15,6 +16,8 @@ class ConnectedDevices : public Devices, public DeviceSetup {
   void MF_Invia(std::string_view jobFile) override;
   void LanciaFileRF() override;
   void Cort_StampaFile(std::string_view jobFile) override;
+
+  std::optional<platform::InstalledPrinter> printerOf(Device device) override;
 
   void Display_StartUP_Valori() override;
   void Display_StartUP_Orbis() override;

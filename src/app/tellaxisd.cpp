@@ -15,6 +15,7 @@
 #include "app/second_copy.h"
 #include "core/activity.h"
 #include "core/bridge.h"
+#include "core/paper.h"
 #include "platform/instance.h"
 #include "platform/program.h"
 #include "platform/system.h"
@@ -59,6 +60,8 @@ int stay(const CommandLine& line, const std::string& mainFolder) {
   if (bridge.options.prompt) notices = system.openJobNotices([&stop] { stop.wake(); });
   bridge.notices = notices.get();
   ConnectedDevices devices(bridge);
+  const auto paper = Paper::open(bridge, devices);
+  bridge.paper = paper.get();
   NotedDevices noted(devices, activity, bridge);
   const auto diary = JobDiary::open(bridge, mainFolder, noted, activity);
   const auto ready = [&diary] {

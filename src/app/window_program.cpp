@@ -52,11 +52,13 @@ WindowProgram::WindowProgram(const WindowSurroundings& surroundings, const std::
       host_(withDesktop()),
       bridge_(host_, surroundings.system.options()),
       devices_(*this),
+      paper_(Paper::open(bridge_, devices_)),
       noted_(devices_, surroundings.activity, bridge_),
       diary_(JobDiary::open(bridge_, mainFolder, noted_, surroundings.activity)),
       polling_(bridge_, diary_ ? diary_->devices() : noted_),
       window_(new ui::MainWindow(bridge_, surroundings.activity, [this] { formEnded(); })) {
   modalDialogs();
+  bridge_.paper = paper_.get();
   bridge_.stopRequested = [this] { return ended_ || surroundings_.stop.asked(); };
   Form_Load(bridge_, devices_, mainFolder);
   if (diary_) diary_->started();

@@ -10,6 +10,7 @@
 #include "app/job_diary.h"
 #include "core/activity.h"
 #include "core/bridge.h"
+#include "core/paper.h"
 #include "core/polling.h"
 #include "platform/host.h"
 #include "platform/program.h"
@@ -61,6 +62,7 @@ class WindowProgram {
   platform::Host host_;
   Bridge bridge_;
   Devices devices_;
+  std::unique_ptr<Paper> paper_;  ///< null where no printer is to be asked
   NotedDevices noted_;
   std::unique_ptr<JobDiary> diary_;  ///< null where none is wanted
   Polling polling_;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "core/ini/values.h"
+#include "core/paper.h"
 #include "text/trimmed.h"
 
 namespace tellaxis {
@@ -27,11 +28,23 @@ void Activity::end(platform::Clock& clock) {
   lastJobs_[static_cast<std::size_t>(running_)] = std::exchange(job_, std::nullopt);
 }
 
+void Activity::printerSaysNo(Device device, std::string_view why) {
+  if (auto& job = lastJobs_[static_cast<std::size_t>(device)]) job->failure = why;
+}
+
 void Activity::failed(std::string_view operation, std::string_view subject, std::string_view reason) {
   if (!job_ || !job_->failure.empty()) return;
   // A blank value, such as the font of a line that names none, is passed over on purpose.
   if (trimmed(subject).empty()) return;
   job_->failure = std::string(operation) + " " + std::string(subject) + ": " + std::string(reason);
+}
+
+/// What fails in asking is not the job's: that has ended.
+void NotedDevices::end(Device device) {
+  activity_.end(bridge_.host.clock);
+  if (bridge_.paper == nullptr) return;
+  const auto& words = platform::wordsOf(bridge_.paper->after(device));
+  if (words.saysNo) activity_.printerSaysNo(device, words.italian);
 }
 
 template <typename Job>
@@ -41,10 +54,10 @@ void NotedDevices::note(Device device, std::string_view jobFile, Job job) {
     job();
   } catch (const std::exception& failure) {
     activity_.failed("stampa", jobFile, failure.what());
-    activity_.end(bridge_.host.clock);
+    end(device);
     throw;
   }
-  activity_.end(bridge_.host.clock);
+  end(device);
 }
 
 void NotedDevices::LanciaFileDisplay() {

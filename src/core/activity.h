@@ -31,6 +31,10 @@ class Activity : public platform::Trace {
   void begin(Device device, std::string_view jobFile);
   void end(platform::Clock& clock);
 
+  /// After the end of its job, the device's printer says why nothing comes out of it; this counts before a step that
+  /// failed in the job.
+  void printerSaysNo(Device device, std::string_view why);
+
   void failed(std::string_view operation, std::string_view subject, std::string_view reason) override;
 
   /// The device's last job; nothing before its first.
@@ -54,6 +58,7 @@ class NotedDevices : public Devices {
   void Cort_StampaFile(std::string_view jobFile) override;
 
  private:
+  void end(Device device);
   template <typename Job>
   void note(Device device, std::string_view jobFile, Job job);
 

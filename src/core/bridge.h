@@ -13,6 +13,8 @@
 
 namespace tellaxis {
 
+class Paper;
+
 /// The computer, the main form and the values loaded from the settings file. There is one in a program, used from one
 /// thread.
 struct Bridge {
@@ -26,6 +28,7 @@ struct Bridge {
   MainForm form;
   Settings settings;
   platform::JobNotices* notices = nullptr;  ///< where a job is taken as soon as it is whole, not at the next tick only
+  Paper* paper = nullptr;                   ///< where printers are asked for their state; without it they never are
   FiscalOutcome fiscalOutcome = FiscalOutcome::notHandedOver;  ///< of the last fiscal job
 };
 

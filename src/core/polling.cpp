@@ -8,6 +8,7 @@
 #include <limits>
 
 #include "core/ini/ini.h"
+#include "core/paper.h"
 #include "core/prompt.h"
 #include "platform/clock.h"
 #include "platform/files.h"
@@ -23,15 +24,16 @@ constexpr double longestSlipRest = 30;
 
 struct RoutedKind {
   std::string_view kind;
+  Device device;
   std::string_view gateKey;
   std::string_view operation;
   void (Devices::*run)(std::string_view jobFile);
 };
 
 constexpr RoutedKind routedKinds[] = {
-    {"MF", "MF_Vuoto", "MF_Invia", &Devices::MF_Invia},
-    {"RF", "RF_Vuoto", "", nullptr},
-    {"CR", "Cort_Vuoto", "Cort_StampaFile", &Devices::Cort_StampaFile},
+    {"MF", Device::fiscalPrinter, "MF_Vuoto", "MF_Invia", &Devices::MF_Invia},
+    {"RF", Device::slipPrinter, "RF_Vuoto", "", nullptr},
+    {"CR", Device::courtesyPrinter, "Cort_Vuoto", "Cort_StampaFile", &Devices::Cort_StampaFile},
 };
 
 const RoutedKind* findKind(std::string_view kind) {
@@ -43,17 +45,19 @@ const RoutedKind* findKind(std::string_view kind) {
 /// The jobs of one pass: room for 101 paths, and a 16-bit count that goes on counting the files that found no room.
 class JobList {
  public:
+  static constexpr std::int16_t capacity = 101;
+
   void add(std::string path) {
     if (count_ < capacity) jobs_.at(static_cast<std::size_t>(count_)) = std::move(path);
     if (count_ < std::numeric_limits<std::int16_t>::max()) ++count_;
   }
 
   bool isFull() const { return count_ >= capacity; }
+  bool isEmpty() const { return count_ == 0; }
   std::int16_t count() const { return std::min<std::int16_t>(count_, capacity); }
   std::string& at(std::int16_t index) { return jobs_.at(static_cast<std::size_t>(index)); }
 
  private:
-  static constexpr std::int16_t capacity = 101;
   std::array<std::string, capacity> jobs_;
   std::int16_t count_ = 0;
 };
@@ -66,17 +70,30 @@ void endWithBackslash(std::string& folder) {
   if (!folder.ends_with('\\')) folder += '\\';
 }
 
+/// Whether the next job of this kind may begin, or waits for paper.
+bool mayRun(const Bridge& bridge, const RoutedKind* routed) {
+  return routed == nullptr || routed->run == nullptr || mayBegin(bridge, routed->device);
+}
+
+/// Whether these jobs wait for paper, which may end with every one of them: then one is moved at a time.
+bool goesOneByOne(const Bridge& bridge, const RoutedKind* routed) {
+  return bridge.paper != nullptr && routed != nullptr && bridge.paper->waits(routed->device);
+}
+
 /// What finds no room is moved all the same, unless waiting jobs are kept: then it waits for the next pass.
-JobList moveAll(const Bridge& bridge, const std::string& dropFolder, const std::string& workFolder) {
+JobList moveAll(const Bridge& bridge, const std::string& dropFolder, const std::string& workFolder,
+                const RoutedKind* routed) {
   platform::Files& files = bridge.host.files;
   JobList jobs;
   for (const std::string& name : files.listMovable(dropFolder, workFolder).value_or(std::vector<std::string>())) {
     if (bridge.options.keepWaiting && jobs.isFull()) break;
     if (!isWhole(bridge, dropFolder + name)) continue;
+    if (jobs.isEmpty() && !mayRun(bridge, routed)) break;
     const std::string workFile = workFolder + name;
     jobs.add(workFile);
     if (files.exists(workFile)) files.remove(workFile);
     files.move(dropFolder + name, workFile);
+    if (goesOneByOne(bridge, routed)) break;
   }
   return jobs;
 }
@@ -122,10 +139,13 @@ void SmistaFile(Bridge& bridge, Devices& devices, std::string& dropFolder, std::
   endWithBackslash(dropFolder);
   endWithBackslash(workFolder);
 
-  JobList jobs = moveAll(bridge, dropFolder, workFolder);
   const RoutedKind* routed = findKind(kind);
-  for (std::int16_t left = runAll(bridge, devices, jobs, routed); left < jobs.count(); ++left)
-    files.move(jobs.at(left), dropFolder + jobs.at(left).substr(workFolder.size()));
+  for (std::int16_t round = 0; round < JobList::capacity; ++round) {
+    JobList jobs = moveAll(bridge, dropFolder, workFolder, routed);
+    for (std::int16_t left = runAll(bridge, devices, jobs, routed); left < jobs.count(); ++left)
+      files.move(jobs.at(left), dropFolder + jobs.at(left).substr(workFolder.size()));
+    if (jobs.isEmpty() || !goesOneByOne(bridge, routed) || bridge.stopRequested()) break;
+  }
   if (routed != nullptr) ScriviImpostazione(bridge.host, routed->gateKey, yes, settingsFile);
 }
 
@@ -164,6 +184,7 @@ void Polling::pollSlipPrinter() {
   if (settings.RF_Stampante.empty() || !isGreaterThanZero(settings.RF_Seriale, bridge_.host.locale.regional())) return;
   if (slipRests()) return;
   const double began = bridge_.host.clock.secondsSinceMidnight();
+  if (!mayBegin(bridge_, Device::slipPrinter)) return;
   const bool done = runJob(bridge_, "LanciaFileRF", settings.RF_File, [this] { devices_.LanciaFileRF(); });
   slipFailedAt_ = bridge_.host.clock.secondsSinceMidnight();
   slipRest_ = done ? 0 : std::clamp(slipRestPerSecond * (slipFailedAt_ - began), 0.0, longestSlipRest);

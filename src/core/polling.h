@@ -15,7 +15,8 @@ namespace tellaxis {
 /// with a trailing backslash. At most 101 jobs run in one pass; files beyond them are moved and stay in the work folder
 /// until the next start, or with `keep_waiting` wait in the drop folder for the next pass. A request to stop ends the
 /// pass between two jobs: what was not begun goes back into the drop folder. A job that fails with an exception is
-/// traced and deleted like the others.
+/// traced and deleted like the others. Jobs that wait for paper are moved, run and deleted one by one, until the
+/// printer says no; the others stay in the drop folder.
 void SmistaFile(Bridge& bridge, Devices& devices, std::string& dropFolder, std::string_view settingsFile,
                 std::string& workFolder, std::string_view kind);
 

@@ -12,4 +12,13 @@ void Cort_StampaFile(Bridge& bridge, std::string_view jobFile) {
   bridge.host.trace.failed("preconto", jobFile, "il tipo di stampante non stampa: " + bridge.settings.Cort_Printer);
 }
 
+std::optional<platform::InstalledPrinter> courtesyPrinter(Bridge& bridge) {
+  for (const CourtesyPrinterType& type : courtesyPrinterTypes) {
+    if (type.name != bridge.settings.Cort_Printer || type.find == nullptr) continue;
+    const platform::PrinterSearch found = type.find(bridge);
+    if (found.index) return found.printer;
+  }
+  return std::nullopt;
+}
+
 }  // namespace tellaxis

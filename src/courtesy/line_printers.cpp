@@ -27,6 +27,12 @@ void endJob(platform::Host& host, TextLines& lines, std::string_view jobFile) {
 
 }  // namespace
 
+platform::PrinterSearch findLinePrinter(Bridge& bridge) {
+  platform::Host& host = bridge.host;
+  const platform::PrinterSearch onPort = findPrinterOnPort(host, portName(bridge), Matching::ignoringCase);
+  return onPort.index ? onPort : platform::findPrinterNamed(host.Printer, host.Printer.DeviceName());
+}
+
 void Cort_StampaOlivetti(Bridge& bridge, std::string_view jobFile) {
   platform::Host& host = bridge.host;
   selectPrinterOnPort(host, portName(bridge), Matching::ignoringCase);

@@ -27,6 +27,10 @@ void printLogo(platform::PrinterObject& printer, std::string_view file) {
 
 }  // namespace
 
+platform::PrinterSearch findSamsung(Bridge& bridge) {
+  return findPrinterOnPort(bridge.host, serialPortName(bridge), Matching::exact);
+}
+
 void Cort_StampaSamsung(Bridge& bridge, std::string_view jobFile) {
   platform::Host& host = bridge.host;
   TextLines lines(host, jobFile);

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "core/bridge.h"
+#include "platform/printers.h"
 
 namespace tellaxis {
 
@@ -11,5 +12,8 @@ namespace tellaxis {
 /// document of its own where it is enabled, then line by line. The model class "500" leaves the job file, the others
 /// delete it. Without such a printer a message is shown and the file stays.
 void Cort_StampaSamsung(Bridge& bridge, std::string_view jobFile);
+
+/// The printer that it prints on.
+platform::PrinterSearch findSamsung(Bridge& bridge);
 
 }  // namespace tellaxis

@@ -15,6 +15,7 @@ struct BridgeOptions {
   bool prompt = false;          ///< a job is taken when its writer has finished, not at the next tick
   bool midnight = false;        ///< a wait that spans midnight ends when its time is over
   std::string metrics;          ///< file of the metrics
+  bool waitForPaper = false;    ///< the jobs of some printer wait while it says no; set by the printers, not the table
   std::string role;             ///< "SERVER" or "CLIENT": this computer in the scheduled operations; empty: not given
 };
 

@@ -172,12 +172,12 @@ std::optional<PrinterTarget> targetFrom(std::string_view text) {
 
 PrinterDefinition printerFrom(const toml::table& table) {
   refuseUnknownKeys(table, {"name", "port", "target", "wait_for_paper"});
-  InstalledPrinter printer{codePageText(table, "name"), codePageText(table, "port")};
+  InstalledPrinter printer{codePageText(table, "name"), codePageText(table, "port"), isOn(table, "wait_for_paper")};
   const std::string text = requiredText(table, "target");
   const TextPosition position = positionOf(required(table, "target").source());
   auto target = targetFrom(text);
   if (!target) throw Mistake{position, "destinazione sconosciuta " + shown(text)};
-  return {std::move(printer), std::move(*target), position, isOn(table, "wait_for_paper")};
+  return {std::move(printer), std::move(*target), position};
 }
 
 SerialDefinition serialFrom(const toml::table& table, const std::vector<SerialDefinition>& before) {
@@ -245,6 +245,9 @@ DevicesFile devicesFrom(const toml::table& root) {
     if (!bridge->is_table()) throw Mistake{positionOf(bridge->source()), "si scrive [bridge], con una parentesi sola"};
     devices.options = optionsFrom(*bridge->as_table());
   }
+  devices.options.waitForPaper =
+      std::any_of(devices.printers.begin(), devices.printers.end(),
+                  [](const PrinterDefinition& definition) { return definition.printer.waitForPaper; });
   return devices;
 }
 

@@ -56,8 +56,7 @@ using PrinterTarget =
 struct PrinterDefinition {
   InstalledPrinter printer;
   PrinterTarget target;
-  TextPosition position;      ///< of the target
-  bool waitForPaper = false;  ///< its jobs wait in their drop folder while it says that it cannot print
+  TextPosition position;  ///< of the target
 };
 
 /// A `[[serial]]`: where COM `port` is; the device's path in UTF-8.

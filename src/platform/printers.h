@@ -9,12 +9,15 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/printer_state.h"
+
 namespace tellaxis::platform {
 
 /// A printer as the system lists it, for example "EPSON TM-L90 Receipt" on "LPT1:".
 struct InstalledPrinter {
   std::string DeviceName;
   std::string Port;
+  bool waitForPaper = false;  ///< its jobs wait while it says no; as the devices file wants it
 };
 
 /// A colour of red, green and blue, each 0 to 255.
@@ -63,6 +66,10 @@ class PrinterObject {
   /// The current printer's `DeviceName`; empty when there is no printer. The default one is the first of the devices
   /// file, without such the one that the system calls so, asked for each document.
   virtual std::string DeviceName() = 0;
+
+  /// What the first installed printer of this name says of itself, asked anew each time; `unknown` where there is none
+  /// or it does not answer. Takes up to 0.3 seconds, of a system's queue two.
+  virtual PrinterState state(std::string_view deviceName) = 0;
 
   /// Font of the statements to come. An empty name is a failure.
   virtual bool FontName(std::string_view name) = 0;

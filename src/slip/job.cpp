@@ -40,4 +40,14 @@ void LanciaFileRF(Bridge& bridge, PrintedForms& printed) {
   printed = {};
 }
 
+std::optional<platform::InstalledPrinter> slipPrinter(Bridge& bridge) {
+  const std::string& name = bridge.settings.RF_Stampante;
+  if (slipLayoutOf(name) == nullptr) return std::nullopt;
+  platform::PrinterObject& printers = bridge.host.Printer;
+  platform::PrinterSearch found = platform::findPrinterNamed(printers, name);
+  if (found.complete && !found.index) found = platform::findPrinterNamed(printers, printers.DeviceName());
+  if (!found.index) return std::nullopt;
+  return found.printer;
+}
+
 }  // namespace tellaxis

@@ -1,6 +1,7 @@
 // Printer: a printer object that notes every statement, and keeps the documents that came out.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <map>
@@ -28,6 +29,8 @@ class PrinterObject : public platform::PrinterObject {
   std::size_t current = 0;
   /// Pictures that can be loaded, by file.
   std::vector<platform::Picture> pictures;
+  /// What printers say of themselves, by name; one that is not here is ready.
+  std::map<std::string, platform::PrinterState> states;
   /// Documents that were ended, in that order.
   std::vector<PrintedDocument> printed;
 
@@ -47,6 +50,14 @@ class PrinterObject : public platform::PrinterObject {
     style_ = {};
     x_ = y_ = 0;
     return true;
+  }
+  platform::PrinterState state(std::string_view deviceName) override {
+    if (!journal_.record("state " + std::string(deviceName))) return platform::PrinterState::unknown;
+    const auto found = std::find_if(installed.begin(), installed.end(),
+                                    [&](const auto& printer) { return printer.DeviceName == deviceName; });
+    if (found == installed.end()) return platform::PrinterState::unknown;
+    const auto told = states.find(found->DeviceName);
+    return told == states.end() ? platform::PrinterState::ready : told->second;
   }
   std::string DeviceName() override {
     if (!journal_.record("DeviceName") || current >= installed.size()) return {};

@@ -79,7 +79,7 @@ TEST(DevicesFile, EverythingBeyondTheGivenBehaviourIsOffUntilSwitchedOn) {
     EXPECT_EQ(options.metrics + options.role, "");
   }
   EXPECT_EQ(parsed("").options.diary, "");
-  EXPECT_FALSE(parsed(withTarget("folder:x")).printers.front().waitForPaper);
+  EXPECT_FALSE(parsed(withTarget("folder:x")).printers.front().printer.waitForPaper);
 }
 
 TEST(DevicesFile, ReadsEveryOption) {
@@ -98,7 +98,7 @@ role      = "SERVER"
   EXPECT_EQ(options.metrics, "/var/lib/tellaxis.prom");
   EXPECT_EQ(options.role, "SERVER");
   EXPECT_EQ(parsed("[bridge]\nrole = \"CLIENT\"").options.role, "CLIENT");
-  EXPECT_TRUE(parsed(withTarget("folder:x") + "wait_for_paper = true\n").printers.front().waitForPaper);
+  EXPECT_TRUE(parsed(withTarget("folder:x") + "wait_for_paper = true\n").printers.front().printer.waitForPaper);
 }
 
 TEST(DevicesFile, EachSwitchIsItsOwn) {

@@ -59,6 +59,9 @@ class PrinterBackEnd {
 
   /// Begins a document; null on a failure, which it reports to the trace.
   virtual std::unique_ptr<DocumentSink> open() = 0;
+
+  /// What the device says of itself now.
+  virtual PrinterState state() = 0;
 };
 
 }  // namespace tellaxis::platform

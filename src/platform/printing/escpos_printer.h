@@ -19,6 +19,9 @@ class ByteChannel {
   /// Hands over all bytes of `document`, which stands at its first byte. False on a failure, which it reports to the
   /// trace; some bytes may have been taken then.
   virtual bool send(Spool& document) = 0;
+
+  /// What the printer at its end says of itself; `unknown` where nothing comes back through the channel.
+  virtual PrinterState state() = 0;
 };
 
 /// A receipt printer: each document is sent as a whole once it is finished, and never again.
@@ -27,6 +30,7 @@ class EscPosPrinter final : public PrinterBackEnd {
   EscPosPrinter(std::string deviceName, BitmapReader readBitmap, std::unique_ptr<ByteChannel> channel, Trace& trace);
 
   std::unique_ptr<DocumentSink> open() override;
+  PrinterState state() override { return channel_->state(); }
 
  private:
   std::string deviceName_;

@@ -23,6 +23,7 @@ class FolderPrinter final : public PrinterBackEnd {
   FolderPrinter(std::string folder, PageMaker makePage, Trace& trace);
 
   std::unique_ptr<DocumentSink> open() override;
+  PrinterState state() override { return PrinterState::ready; }
 
  private:
   std::string folder_;

@@ -47,6 +47,15 @@ std::string StreamingPrinter::DeviceName() {
   return printer == nullptr ? std::string() : printer->printer.DeviceName;
 }
 
+PrinterState StreamingPrinter::state(std::string_view deviceName) {
+  const PrinterSearch named = findPrinterNamed(*this, deviceName);
+  if (!named.index) return PrinterState::unknown;
+  const Enumerated& printer = enumeration_[*named.index];
+  if (printer.listed != nullptr) return printer.listed->state();
+  const auto backEnd = system_->backEnd(printer.printer);
+  return backEnd ? backEnd->state() : PrinterState::unknown;
+}
+
 bool StreamingPrinter::FontName(std::string_view name) {
   if (name.empty()) return fail("FontName", name, "nome del carattere vuoto");
   style_.font = name;

@@ -51,6 +51,7 @@ class StreamingPrinter final : public PrinterObject {
   PrinterSearch find(const std::function<bool(const InstalledPrinter&)>& matches) override;
   bool select(std::size_t index) override;
   std::string DeviceName() override;
+  PrinterState state(std::string_view deviceName) override;
 
   bool FontName(std::string_view name) override;
   bool FontSize(double points) override;

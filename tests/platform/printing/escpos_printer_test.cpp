@@ -21,6 +21,7 @@ PrintStatement text(std::string line) { return {.text = std::move(line)}; }
 /// Keeps what is sent.
 class KeptBytes final : public ByteChannel {
  public:
+  PrinterState state() override { return PrinterState::unknown; }
   explicit KeptBytes(std::vector<std::string>& documents, bool works = true) : documents_(documents), works_(works) {}
   bool send(Spool& document) override {
     std::string bytes;

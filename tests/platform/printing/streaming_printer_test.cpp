@@ -54,6 +54,7 @@ class JournalSink final : public DocumentSink {
 
 class JournalBackEnd final : public PrinterBackEnd {
  public:
+  PrinterState state() override { return PrinterState::ready; }
   JournalBackEnd(std::string name, Journal& journal) : name_(std::move(name)), journal_(journal) {}
   std::unique_ptr<DocumentSink> open() override {
     if (journal_.opens-- <= 0) return nullptr;

@@ -61,6 +61,8 @@ class QueuePrinter final : public PrinterBackEnd {
     return document;
   }
 
+  PrinterState state() override { return server_->state(queue_); }
+
  private:
   std::shared_ptr<CupsServer> server_;
   std::string queue_;
@@ -75,6 +77,7 @@ class QueueChannel final : public ByteChannel {
       : server_(std::move(server)), queue_(std::move(queue)) {}
 
   bool send(Spool& document) override { return server_->send(queue_, JobFormat::raw, readerOf(document)); }
+  PrinterState state() override { return server_->state(queue_); }
 
  private:
   std::shared_ptr<CupsServer> server_;

@@ -51,6 +51,15 @@ bool CupsServer::send(const std::string& queue, JobFormat format, const ByteRead
   return !failure;
 }
 
+PrinterState CupsServer::state(const std::string& queue) {
+  const CupsLibrary* cups = library();
+  if (cups == nullptr || isResting("state", queue)) return PrinterState::unknown;
+  const auto answer = cups->status(queue);
+  if (const auto* status = std::get_if<QueueStatus>(&answer)) return stateFrom(*status);
+  failed("state", queue, std::get<CupsFailure>(answer));
+  return PrinterState::unknown;
+}
+
 const CupsLibrary* CupsServer::library() {
   static const auto* loaded = static_cast<const CupsLibrary*>(loadLibrary(cupsLibraryFile, cupsLibraryEntry, trace_));
   return loaded;

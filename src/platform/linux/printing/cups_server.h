@@ -25,6 +25,9 @@ class CupsServer {
   /// Sends one job of `queue` (UTF-8). False on a failure, which is reported.
   bool send(const std::string& queue, JobFormat format, const ByteReader& read);
 
+  /// What the printer behind `queue` (UTF-8) says; `unknown` where the server does not tell, which is reported.
+  PrinterState state(const std::string& queue);
+
  private:
   const CupsLibrary* library();
   bool isResting(std::string_view operation, std::string_view subject);

@@ -7,6 +7,7 @@
 #include <poll.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -22,6 +23,7 @@
 #include "platform/linux/kernel/timed_write.h"
 #include "platform/linux/kernel/uninterrupted.h"
 #include "platform/linux/serial/line_settings.h"
+#include "platform/printing/escpos_status.h"
 #include "text/code_page.h"
 
 namespace tellaxis::platform {
@@ -34,6 +36,7 @@ using std::chrono::steady_clock;
 constexpr milliseconds connectLimit{2000};
 constexpr milliseconds endLimit{1000};
 constexpr milliseconds drainPoll{5};
+constexpr milliseconds refusedPause{50};
 constexpr const char* silentPrinter = "la stampante non accetta dati";
 
 /// Nothing where a step was done.
@@ -63,6 +66,24 @@ Reason sendDocument(const Descriptor& device, Spool& document, milliseconds pati
   return std::nullopt;
 }
 
+/// Asks a printer that what is written to `device` goes to, and whose words are read from there.
+PrinterState askThrough(const Descriptor& device, steady_clock::time_point deadline) {
+  const auto ask = [&](std::string_view question) {
+    const auto left = std::chrono::ceil<milliseconds>(deadline - steady_clock::now());
+    return left > milliseconds(0) && writeAll(device, question, left);
+  };
+  const auto hear = [&]() -> std::optional<unsigned char> {
+    unsigned char byte = 0;
+    while (waitUntil(device, POLLIN, deadline)) {
+      const ssize_t got = untilUninterrupted([&] { return read(device.number(), &byte, 1); });
+      if (got == 1) return byte;
+      if (got == 0 || errno != EAGAIN) return std::nullopt;
+    }
+    return std::nullopt;
+  };
+  return askState(ask, hear);
+}
+
 class Channel : public ByteChannel {
  public:
   Channel(std::string subject, Trace& trace, milliseconds patience)
@@ -74,8 +95,11 @@ class Channel : public ByteChannel {
     return !reason;
   }
 
+  PrinterState state() override { return ask(steady_clock::now() + statusAnswerLimit); }
+
  protected:
   virtual Reason sendTo(Spool& document) = 0;
+  virtual PrinterState ask(steady_clock::time_point deadline) = 0;
   milliseconds patience() const { return patience_; }
 
  private:
@@ -109,6 +133,24 @@ class DeviceChannel final : public Channel {
       return reason;
     }
     return isLine ? drain(device, TIOCOUTQ, patience()) : std::nullopt;
+  }
+
+  /// A plain file takes everything and is asked nothing; a pipe would hand us our own question.
+  PrinterState ask(steady_clock::time_point deadline) override {
+    struct stat status {};
+    if (stat(path_.c_str(), &status) != 0) return errno == ENOENT ? PrinterState::offLine : PrinterState::unknown;
+    if (S_ISREG(status.st_mode)) return PrinterState::ready;
+    if (!S_ISCHR(status.st_mode)) return PrinterState::unknown;
+    const Descriptor device(open(path_.c_str(), O_RDWR | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    if (!device) return errno == ENODEV || errno == ENXIO ? PrinterState::offLine : PrinterState::unknown;
+    const bool isLine = isatty(device.number()) != 0;
+    if (line_ && !applyLineSettings(device.number(), *line_)) return PrinterState::unknown;
+    if (isLine && !line_) makeRaw(device.number());
+    if (isLine) tcflush(device.number(), TCIFLUSH);
+    const PrinterState state = askThrough(device, deadline);
+    // A question that the printer holds back must not come before the next document.
+    if (isLine && state == PrinterState::unknown) tcflush(device.number(), TCOFLUSH);
+    return state;
   }
 
  private:
@@ -145,7 +187,7 @@ class NetworkChannel final : public Channel {
  protected:
   Reason sendTo(Spool& document) override {
     std::string reason;
-    const Descriptor connection = connectAny(reason);
+    const Descriptor connection = connectAny(steady_clock::now() + connectLimit, reason);
     if (!connection) return reason;
     if (Reason failure = sendDocument(connection, document, patience())) return failure;
     if (Reason failure = drain(connection, SIOCOUTQ, patience())) return failure;
@@ -153,9 +195,19 @@ class NetworkChannel final : public Channel {
     return awaitEnd(connection);
   }
 
+  /// Some printers refuse for a moment after the end of a connection.
+  PrinterState ask(steady_clock::time_point deadline) override {
+    do {
+      std::string ignored;
+      if (const Descriptor connection = connectAny(deadline, ignored)) return askThrough(connection, deadline);
+      std::this_thread::sleep_for(refusedPause);
+    } while (steady_clock::now() < deadline);
+    return PrinterState::offLine;
+  }
+
  private:
   /// Connected to the first address of the host that answers, within one limit for all.
-  Descriptor connectAny(std::string& reason) {
+  Descriptor connectAny(steady_clock::time_point deadline, std::string& reason) {
     addrinfo hints{};
     hints.ai_socktype = SOCK_STREAM;
     addrinfo* addresses = nullptr;
@@ -165,7 +217,6 @@ class NetworkChannel final : public Channel {
       return {};
     }
     const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> owner(addresses, &freeaddrinfo);
-    const auto deadline = steady_clock::now() + connectLimit;
     for (const addrinfo* address = addresses; address != nullptr; address = address->ai_next)
       if (Descriptor connection = connectTo(*address, deadline, reason)) return connection;
     return {};

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/printing/escpos_status.h"
 #include "platform/windows/kernel/native.h"
 #include "platform/windows/serial/line_settings.h"
 #include "text/code_page.h"
@@ -20,9 +21,22 @@ namespace tellaxis::platform {
 namespace {
 
 constexpr DWORD patience = 10'000;  // milliseconds
+constexpr auto answerLimit = static_cast<DWORD>(statusAnswerLimit.count());
 constexpr std::string_view silentPrinter = "la stampante non accetta dati";
 
 using Reason = std::optional<std::string>;
+
+/// Milliseconds that are left of those that an answer may take.
+class AnswerTime {
+ public:
+  DWORD left() const {
+    const DWORD passed = GetTickCount() - begun_;
+    return passed < answerLimit ? answerLimit - passed : 0;
+  }
+
+ private:
+  DWORD begun_ = GetTickCount();
+};
 
 /// Reads the document block by block; `write` takes one and returns a reason where it could not.
 template <class Write>
@@ -43,8 +57,11 @@ class Channel : public ByteChannel {
     return !reason || failed(trace_, "EndDoc", subject_, *reason);
   }
 
+  PrinterState state() override { return ask(); }
+
  private:
   virtual Reason sendTo(Spool& document) = 0;
+  virtual PrinterState ask() = 0;
 
   std::string subject_;
   Trace& trace_;
@@ -60,10 +77,7 @@ class DeviceChannel final : public Channel {
 
  private:
   Reason sendTo(Spool& document) override {
-    const DWORD readsState = line_ ? GENERIC_READ : 0;
-    const UniqueHandle device =
-        owned(CreateFileW(path_.c_str(), isPort_ ? GENERIC_WRITE | readsState : FILE_APPEND_DATA,
-                          isPort_ ? 0 : FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    const UniqueHandle device = openDevice(line_ ? GENERIC_READ : 0);
     if (!device) return systemReason(GetLastError());
     if (line_ && !applyLineSettings(device.get(), *line_)) return systemReason(GetLastError());
     COMMTIMEOUTS timeouts = {};
@@ -81,6 +95,48 @@ class DeviceChannel final : public Channel {
     });
   }
 
+  UniqueHandle openDevice(DWORD reads) const {
+    return owned(CreateFileW(path_.c_str(), isPort_ ? GENERIC_WRITE | reads : FILE_APPEND_DATA,
+                             isPort_ ? 0 : FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  }
+
+  /// A file takes everything and is asked nothing; a parallel port says nothing.
+  PrinterState ask() override {
+    if (!isPort_)
+      return GetFileAttributesW(path_.c_str()) == INVALID_FILE_ATTRIBUTES ? PrinterState::offLine : PrinterState::ready;
+    const AnswerTime time;
+    const UniqueHandle device = openDevice(GENERIC_READ);
+    if (!device) return GetLastError() == ERROR_FILE_NOT_FOUND ? PrinterState::offLine : PrinterState::unknown;
+    DCB settings = {};
+    if (!GetCommState(device.get(), &settings) || (line_ && !applyLineSettings(device.get(), *line_)))
+      return PrinterState::unknown;
+    PurgeComm(device.get(), PURGE_RXCLEAR);
+    const PrinterState state = askThrough(device.get(), time);
+    // A question that the printer holds back must not come before the next document.
+    if (state == PrinterState::unknown) PurgeComm(device.get(), PURGE_TXABORT | PURGE_TXCLEAR);
+    return state;
+  }
+
+  static PrinterState askThrough(HANDLE device, const AnswerTime& time) {
+    const auto mayTake = [&] {
+      COMMTIMEOUTS timeouts = {};
+      timeouts.ReadTotalTimeoutConstant = timeouts.WriteTotalTimeoutConstant = time.left();
+      return timeouts.ReadTotalTimeoutConstant > 0 && SetCommTimeouts(device, &timeouts);
+    };
+    const auto ask = [&](std::string_view question) {
+      DWORD written = 0;
+      const auto size = static_cast<DWORD>(question.size());
+      return mayTake() && WriteFile(device, question.data(), size, &written, nullptr) && written == size;
+    };
+    const auto hear = [&]() -> std::optional<unsigned char> {
+      unsigned char byte = 0;
+      DWORD got = 0;
+      if (!mayTake() || !ReadFile(device, &byte, 1, &got, nullptr) || got == 0) return std::nullopt;
+      return byte;
+    };
+    return askState(ask, hear);
+  }
+
   std::optional<LineSettings> line_;
   bool isPort_;
   std::wstring path_;
@@ -90,6 +146,10 @@ std::string socketReason() { return systemReason(static_cast<DWORD>(WSAGetLastEr
 
 /// A socket that is closed with its owner.
 class Socket {
+  static timeval timeOf(DWORD milliseconds) {
+    return {static_cast<long>(milliseconds / 1000), static_cast<long>(milliseconds % 1000 * 1000)};
+  }
+
  public:
   explicit Socket(const addrinfo& address)
       : socket_(socket(address.ai_family, address.ai_socktype, address.ai_protocol)) {}
@@ -99,14 +159,14 @@ class Socket {
   Socket(const Socket&) = delete;
   Socket& operator=(const Socket&) = delete;
 
-  Reason connectTo(const addrinfo& address) const {
+  Reason connectTo(const addrinfo& address, DWORD limit = patience) const {
     if (socket_ == INVALID_SOCKET) return socketReason();
     u_long waits = 1;
     ioctlsocket(socket_, FIONBIO, &waits);
     if (connect(socket_, address.ai_addr, static_cast<int>(address.ai_addrlen)) != 0 &&
         WSAGetLastError() != WSAEWOULDBLOCK)
       return socketReason();
-    if (Reason reason = waitUntilConnected()) return reason;
+    if (Reason reason = waitUntilConnected(limit)) return reason;
     waits = 0;
     ioctlsocket(socket_, FIONBIO, &waits);
     const DWORD timeout = patience;
@@ -123,6 +183,15 @@ class Socket {
     return std::nullopt;
   }
 
+  /// The next byte from the other side; nothing when none comes in time.
+  std::optional<unsigned char> read(DWORD limit) const {
+    fd_set readable = {1, {socket_}};
+    const timeval time = timeOf(limit);
+    char byte = 0;
+    if (select(0, &readable, nullptr, nullptr, &time) <= 0 || recv(socket_, &byte, 1, 0) != 1) return std::nullopt;
+    return static_cast<unsigned char>(byte);
+  }
+
   /// Waits until the other side has all bytes.
   Reason finish() {
     const linger lingering = {1, patience / 1000};
@@ -133,10 +202,10 @@ class Socket {
   }
 
  private:
-  Reason waitUntilConnected() const {
+  Reason waitUntilConnected(DWORD patience) const {
     fd_set connected = {1, {socket_}};
     fd_set refused = {1, {socket_}};
-    timeval limit = {patience / 1000, 0};
+    const timeval limit = timeOf(patience);
     const int ready = select(0, nullptr, &connected, &refused, &limit);
     if (ready == 0) return std::string(silentPrinter);
     if (ready > 0 && connected.fd_count > 0) return std::nullopt;
@@ -161,14 +230,36 @@ class NetworkChannel final : public Channel {
   NetworkChannel& operator=(const NetworkChannel&) = delete;
 
  private:
-  Reason sendTo(Spool& document) override {
+  using Addresses = std::unique_ptr<addrinfo, void (*)(addrinfo*)>;
+
+  /// None, with the error of the last call, where the host is not known.
+  Addresses addresses() const {
     addrinfo hints = {};
     hints.ai_socktype = SOCK_STREAM;
     addrinfo* found = nullptr;
-    if (getaddrinfo(host_.c_str(), std::to_string(port_).c_str(), &hints, &found) != 0) return socketReason();
-    const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> addresses(found, &freeaddrinfo);
+    if (getaddrinfo(host_.c_str(), std::to_string(port_).c_str(), &hints, &found) != 0) found = nullptr;
+    return {found, [](addrinfo* list) {
+              if (list != nullptr) freeaddrinfo(list);
+            }};
+  }
+
+  PrinterState ask() override {
+    const AnswerTime time;
+    const Addresses found = addresses();
+    for (const addrinfo* address = found.get(); address != nullptr; address = address->ai_next) {
+      Socket connection(*address);
+      if (connection.connectTo(*address, time.left())) continue;
+      return askState([&](std::string_view question) { return !connection.write(question); },
+                      [&] { return connection.read(time.left()); });
+    }
+    return PrinterState::offLine;
+  }
+
+  Reason sendTo(Spool& document) override {
+    const Addresses found = addresses();
+    if (!found) return socketReason();
     Reason reason = "l'indirizzo non esiste";
-    for (const addrinfo* address = found; address != nullptr; address = address->ai_next) {
+    for (const addrinfo* address = found.get(); address != nullptr; address = address->ai_next) {
       Socket connection(*address);
       reason = connection.connectTo(*address);
       if (reason) continue;

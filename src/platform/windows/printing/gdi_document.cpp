@@ -10,6 +10,7 @@
 
 #include "platform/windows/kernel/native.h"
 #include "platform/windows/printing/device_face.h"
+#include "platform/windows/printing/installed_printers.h"
 #include "platform/windows/printing/pictures.h"
 #include "platform/windows/printing/printer_ports.h"
 
@@ -191,6 +192,8 @@ class GdiBackEnd : public PrinterBackEnd {
     auto document = std::make_unique<GdiDocument>(printer_.DeviceName, trace_);
     return document->start() ? std::move(document) : nullptr;
   }
+
+  PrinterState state() override { return stateOfLocalPrinter(printer_.DeviceName); }
 
  private:
   InstalledPrinter printer_;

@@ -76,7 +76,38 @@ std::string defaultPrinter() {
   return narrowForReading(name.substr(0, size - 1));
 }
 
+struct SpoolerBits {
+  DWORD bits;
+  PrinterState state;
+};
+
+/// The first of which a bit is set counts.
+constexpr SpoolerBits spoolerBits[] = {
+    {PRINTER_STATUS_DOOR_OPEN, PrinterState::coverOpen},
+    {PRINTER_STATUS_PAPER_OUT, PrinterState::noPaper},
+    {PRINTER_STATUS_PAPER_JAM | PRINTER_STATUS_PAPER_PROBLEM | PRINTER_STATUS_OUT_OF_MEMORY |
+         PRINTER_STATUS_OUTPUT_BIN_FULL | PRINTER_STATUS_NO_TONER | PRINTER_STATUS_USER_INTERVENTION |
+         PRINTER_STATUS_ERROR,
+     PrinterState::error},
+    {PRINTER_STATUS_OFFLINE | PRINTER_STATUS_NOT_AVAILABLE | PRINTER_STATUS_PAUSED | PRINTER_STATUS_SERVER_UNKNOWN,
+     PrinterState::offLine},
+};
+
 }  // namespace
+
+PrinterState stateOfSpooler(std::uint32_t status, std::uint32_t attributes) {
+  for (const SpoolerBits& row : spoolerBits)
+    if ((status & row.bits) != 0) return row.state;
+  return (attributes & PRINTER_ATTRIBUTE_WORK_OFFLINE) != 0 ? PrinterState::offLine : PrinterState::ready;
+}
+
+PrinterState stateOfLocalPrinter(std::string_view deviceName) {
+  std::vector<BYTE> buffer;
+  const auto entries = enumerate<PRINTER_INFO_2W>(PRINTER_ENUM_LOCAL, 2, buffer);
+  for (const PRINTER_INFO_2W& entry : entries.value_or(std::vector<PRINTER_INFO_2W>()))
+    if (text(entry.pPrinterName) == deviceName) return stateOfSpooler(entry.Status, entry.Attributes);
+  return PrinterState::unknown;
+}
 
 std::optional<SystemPrinterList> InstalledPrinters::list() {
   const auto names = printerNames();

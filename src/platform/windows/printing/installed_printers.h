@@ -1,6 +1,7 @@
 // Printers of Windows: the installed ones, and documents printed on them by GDI.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -23,5 +24,12 @@ class InstalledPrinters : public SystemPrinters {
  private:
   Trace& trace_;
 };
+
+/// What the spooler knows of the local printer of this name; `unknown` for a connection, whose server may be switched
+/// off.
+PrinterState stateOfLocalPrinter(std::string_view deviceName);
+
+/// What the spooler's bits (PRINTER_STATUS_..., PRINTER_ATTRIBUTE_...) say.
+PrinterState stateOfSpooler(std::uint32_t status, std::uint32_t attributes);
 
 }  // namespace tellaxis::platform

@@ -2,7 +2,7 @@
 #include "platform/linux/printing/cups/cups_library.h"
 
 const tellaxis::platform::CupsLibrary* tellaxisCupsLibrary() {
-  static constexpr tellaxis::platform::CupsLibrary library{&tellaxis::platform::listCupsQueues,
-                                                           &tellaxis::platform::sendCupsJob};
+  static constexpr tellaxis::platform::CupsLibrary library{
+      &tellaxis::platform::listCupsQueues, &tellaxis::platform::sendCupsJob, &tellaxis::platform::statusOfCupsQueue};
   return &library;
 }

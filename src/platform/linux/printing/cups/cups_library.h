@@ -9,6 +9,7 @@ namespace tellaxis::platform {
 struct CupsLibrary {
   decltype(&listCupsQueues) list;
   decltype(&sendCupsJob) send;
+  decltype(&statusOfCupsQueue) status;
 };
 
 /// Name of the library's file and of the one function that it shows.

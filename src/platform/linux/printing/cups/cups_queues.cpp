@@ -4,6 +4,7 @@
 #include <cups/cups.h>
 
 #include <chrono>
+#include <iterator>
 #include <memory>
 
 namespace tellaxis::platform {
@@ -83,6 +84,18 @@ bool sendDocument(Connection& connection, const std::string& queue, int job, Job
   return complete && cupsFinishDocument(connection.http(), queue.c_str()) <= IPP_STATUS_OK_CONFLICTING;
 }
 
+QueueStatus statusIn(ipp_t* answer) {
+  QueueStatus status;
+  if (ipp_attribute_t* state = ippFindAttribute(answer, "printer-state", IPP_TAG_ENUM))
+    status.stopped = ippGetInteger(state, 0) == IPP_PSTATE_STOPPED;
+  if (ipp_attribute_t* accepting = ippFindAttribute(answer, "printer-is-accepting-jobs", IPP_TAG_BOOLEAN))
+    status.acceptingJobs = ippGetBoolean(accepting, 0) != 0;
+  ipp_attribute_t* reasons = ippFindAttribute(answer, "printer-state-reasons", IPP_TAG_KEYWORD);
+  for (int i = 0; reasons != nullptr && i < ippGetCount(reasons); ++i)
+    status.reasons.emplace_back(ippGetString(reasons, i, nullptr));
+  return status;
+}
+
 }  // namespace
 
 std::variant<std::vector<CupsQueue>, CupsFailure> listCupsQueues() {
@@ -112,6 +125,22 @@ std::optional<CupsFailure> sendCupsJob(const std::string& queue, JobFormat forma
     if (again) cupsCancelJob2(again.http(), queue.c_str(), job, 0);
   }
   return failure;
+}
+
+std::variant<QueueStatus, CupsFailure> statusOfCupsQueue(const std::string& queue) {
+  static constexpr const char* wanted[] = {"printer-state", "printer-state-reasons", "printer-is-accepting-jobs"};
+  const Connection connection;
+  if (!connection) return connection.failure();
+  char address[HTTP_MAX_URI];
+  httpAssembleURIf(HTTP_URI_CODING_ALL, address, sizeof address, "ipp", nullptr, "localhost", 0, "/printers/%s",
+                   queue.c_str());
+  ipp_t* request = ippNewRequest(IPP_OP_GET_PRINTER_ATTRIBUTES);
+  ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_URI, "printer-uri", nullptr, address);
+  ippAddStrings(request, IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes", std::size(wanted), nullptr,
+                wanted);
+  const std::unique_ptr<ipp_t, decltype(&ippDelete)> answer(cupsDoRequest(connection.http(), request, "/"), &ippDelete);
+  if (!answer || ippGetStatusCode(answer.get()) > IPP_STATUS_OK_CONFLICTING) return connection.failure();
+  return statusIn(answer.get());
 }
 
 }  // namespace tellaxis::platform

@@ -10,6 +10,8 @@
 #include <variant>
 #include <vector>
 
+#include "platform/linux/printing/queue_state.h"
+
 namespace tellaxis::platform {
 
 /// A queue as the server knows it; texts in UTF-8.
@@ -39,5 +41,8 @@ std::variant<std::vector<CupsQueue>, CupsFailure> listCupsQueues();
 /// Sends one job and returns when the server has all of it; a failure otherwise, and then the job is cancelled. A
 /// server that does not accept the job within two seconds, or takes nothing for ten, is silent.
 std::optional<CupsFailure> sendCupsJob(const std::string& queue, JobFormat format, const ByteReader& read);
+
+/// What the server knows of the printer behind `queue`. Takes two seconds at most.
+std::variant<QueueStatus, CupsFailure> statusOfCupsQueue(const std::string& queue);
 
 }  // namespace tellaxis::platform
