@@ -6,7 +6,7 @@
 #include <iterator>
 #include <string>
 
-#include "platform/printing/escpos_decoder.h"
+#include "escpos_decoder.h"
 #include "platform/printing/escpos_encoder.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -29,6 +29,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     from = end + 1;
   }
   encoder.finish(bytes);
-  if (tellaxis::test::decodeEscPos(bytes).error) std::abort();
+  if (tellaxis::tools::decodeEscPos(bytes).error) std::abort();
   return 0;
 }

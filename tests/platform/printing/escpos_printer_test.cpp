@@ -5,16 +5,16 @@
 
 #include <array>
 
-#include "platform/printing/escpos_decoder.h"
+#include "escpos_decoder.h"
 #include "platform/printing/sample_documents.h"
 #include "platform/trace_log.h"
 
 namespace tellaxis::platform {
 namespace {
 
-using test::Decoded;
-using test::decodeEscPos;
 using testing::ElementsAre;
+using tools::Decoded;
+using tools::decodeEscPos;
 
 PrintStatement text(std::string line) { return {.text = std::move(line)}; }
 

@@ -7,19 +7,19 @@
 #include <iterator>
 #include <random>
 
-#include "platform/printing/escpos_decoder.h"
+#include "escpos_decoder.h"
 #include "platform/printing/papers.h"
 #include "platform/printing/sample_documents.h"
 
 namespace tellaxis::platform {
 namespace {
 
-using test::Decoded;
-using test::decodeEscPos;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
+using tools::Decoded;
+using tools::decodeEscPos;
 
 /// A picture whose left half is black.
 Bitmap halfBlack(int width, int height) {

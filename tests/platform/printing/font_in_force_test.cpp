@@ -27,6 +27,7 @@ struct KeepAll final : DocumentSink {
 struct KeepAllBackEnd final : PrinterBackEnd {
   explicit KeepAllBackEnd(std::vector<std::string>& to) : lines(to) {}
   std::unique_ptr<DocumentSink> open() override { return std::make_unique<KeepAll>(lines); }
+  PrinterState state() override { return PrinterState::ready; }
   std::vector<std::string>& lines;
 };
 

@@ -186,7 +186,7 @@ class Socket {
   /// The next byte from the other side; nothing when none comes in time.
   std::optional<unsigned char> read(DWORD limit) const {
     fd_set readable = {1, {socket_}};
-    const timeval time = timeOf(limit);
+    timeval time = timeOf(limit);
     char byte = 0;
     if (select(0, &readable, nullptr, nullptr, &time) <= 0 || recv(socket_, &byte, 1, 0) != 1) return std::nullopt;
     return static_cast<unsigned char>(byte);
@@ -202,11 +202,11 @@ class Socket {
   }
 
  private:
-  Reason waitUntilConnected(DWORD patience) const {
+  Reason waitUntilConnected(DWORD limit) const {
     fd_set connected = {1, {socket_}};
     fd_set refused = {1, {socket_}};
-    const timeval limit = timeOf(patience);
-    const int ready = select(0, nullptr, &connected, &refused, &limit);
+    timeval time = timeOf(limit);
+    const int ready = select(0, nullptr, &connected, &refused, &time);
     if (ready == 0) return std::string(silentPrinter);
     if (ready > 0 && connected.fd_count > 0) return std::nullopt;
     int error = WSAGetLastError();

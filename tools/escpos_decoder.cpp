@@ -1,11 +1,11 @@
 // ESC/POS decoder: reads receipt-printer commands back and refuses everything that is not exactly one of those known.
-#include "platform/printing/escpos_decoder.h"
+#include "escpos_decoder.h"
 
 #include <algorithm>
 #include <functional>
 #include <iterator>
 
-namespace tellaxis::test {
+namespace tellaxis::tools {
 
 namespace {
 
@@ -151,4 +151,4 @@ class Decoder {
 
 Decoded decodeEscPos(std::string_view bytes) { return Decoder(bytes).decode(); }
 
-}  // namespace tellaxis::test
+}  // namespace tellaxis::tools

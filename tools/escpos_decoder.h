@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace tellaxis::test {
+namespace tellaxis::tools {
 
 struct Decoded {
   std::vector<std::string> events;   ///< "text Totale", "bold 1", "cut" and so on
@@ -17,4 +17,4 @@ struct Decoded {
 /// line of text without its end.
 Decoded decodeEscPos(std::string_view bytes);
 
-}  // namespace tellaxis::test
+}  // namespace tellaxis::tools
