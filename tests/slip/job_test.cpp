@@ -335,5 +335,20 @@ TEST(LanciaFileRF, TheColourAndBoldnessOfAnotherJobAreNotItsOwn) {
   EXPECT_THAT(desk.forms(), ElementsAre(ElementsAre("x, FontB11, 10, not bold, #000000")));
 }
 
+TEST(SlipPrinter, IsTheOneOfItsNameOrTheCurrentOne) {
+  Desk desk(rows, "RR x\r\n");
+  EXPECT_EQ(slipPrinter(desk.bridge)->DeviceName, rows);
+  desk.computer.Printer.installed.pop_back();
+  EXPECT_EQ(slipPrinter(desk.bridge)->DeviceName, "PDF");
+  desk.computer.Printer.installed.clear();
+  EXPECT_FALSE(slipPrinter(desk.bridge).has_value());
+  EXPECT_THAT(desk.computer.journal.callsThatBegin("select"), testing::IsEmpty()) << "looking chooses nothing";
+}
+
+TEST(SlipPrinter, IsNoneForANameWithoutALayout) {
+  Desk desk("EPSON TM-T88", "RR x\r\n");
+  EXPECT_FALSE(slipPrinter(desk.bridge).has_value());
+}
+
 }  // namespace
 }  // namespace tellaxis

@@ -7,6 +7,8 @@
 #include <array>
 #include <chrono>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <set>
 #include <thread>
 
@@ -174,6 +176,46 @@ TEST_F(Cups, AnUnknownQueueIsAFailedStep) {
   EXPECT_TRUE(printer->Print("a"));
   EXPECT_FALSE(printer->EndDoc());
   EXPECT_THAT(trace.lines, ElementsAre(StartsWith("EndDoc | nessuna | ")));
+}
+
+TEST_F(Cups, AQueueTellsWhetherItsPrinterCanPrint) {
+  const auto printer = open("[[printer]]\nname = \"A\"\nport = \"COM3:\"\ntarget = \"escpos:cups:pos\"\n");
+  EXPECT_EQ(printer->state("A"), PrinterState::ready);
+  EXPECT_EQ(printer->state("ricevute"), PrinterState::ready);
+  EXPECT_EQ(printer->state("nessuna"), PrinterState::unknown);
+  ASSERT_EQ(std::system("PATH=$PATH:/usr/sbin cupsdisable pos && PATH=$PATH:/usr/sbin cupsreject ricevute"), 0);
+  EXPECT_EQ(printer->state("A"), PrinterState::offLine);
+  EXPECT_EQ(printer->state("pos"), PrinterState::offLine);
+  EXPECT_EQ(printer->state("ricevute"), PrinterState::offLine);
+  ASSERT_EQ(std::system("PATH=$PATH:/usr/sbin cupsenable pos && PATH=$PATH:/usr/sbin cupsaccept ricevute"), 0);
+  EXPECT_EQ(printer->state("A"), PrinterState::ready);
+  EXPECT_EQ(printer->state("ricevute"), PrinterState::ready);
+}
+
+TEST_F(Cups, WhatTheBackEndReportsIsTheState) {
+  const auto printer = open("[[printer]]\nname = \"A\"\nport = \"COM3:\"\ntarget = \"escpos:cups:pos\"\n");
+  const auto afterReport = [&](const char* report) {
+    std::ofstream(server().output() + "/.state") << report << "\n";
+    printer->Print("uno");
+    EXPECT_TRUE(printer->EndDoc());
+    server().nextJob();
+    // The server hears the report before the document, but not at once.
+    PrinterState state = printer->state("A");
+    for (int i = 0; i < 100 && state == PrinterState::ready; ++i) {
+      std::this_thread::sleep_for(20ms);
+      state = printer->state("A");
+    }
+    return state;
+  };
+  EXPECT_EQ(afterReport("+media-empty-warning"), PrinterState::noPaper);
+  EXPECT_EQ(afterReport("+cover-open-error"), PrinterState::coverOpen);
+  std::ofstream(server().output() + "/.state") << "-media-empty-warning,cover-open-error\n";
+  printer->Print("uno");
+  EXPECT_TRUE(printer->EndDoc());
+  server().nextJob();
+  for (int i = 0; i < 100 && printer->state("A") != PrinterState::ready; ++i) std::this_thread::sleep_for(20ms);
+  EXPECT_EQ(printer->state("A"), PrinterState::ready);
+  std::filesystem::remove(server().output() + "/.state");
 }
 
 TEST_F(Cups, LastlyAServerThatWentAwayIsAFailedStepAndTheDocumentIsNotSentLater) {

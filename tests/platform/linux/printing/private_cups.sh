@@ -21,6 +21,8 @@ cat >"$directory/bin/backend/capture" <<'BACKEND'
 # argv: job user title copies options [file]
 [ $# -gt 0 ] || { echo 'file capture:/ "Unknown" "Capture"'; exit 0; }
 folder=${DEVICE_URI#capture:}
+# What the printer has to report while it prints, such as "+media-empty-warning".
+[ ! -e "$folder/.state" ] || sed 's/^/STATE: /' "$folder/.state" >&2
 unfinished=$folder/.$PRINTER-$1
 if [ $# = 6 ]; then cat "$6"; else cat; fi >"$unfinished" || exit 1
 mv "$unfinished" "$folder/$PRINTER-$1.bin"
