@@ -77,7 +77,8 @@ std::vector<Row> printers(platform::Host& host, const std::vector<platform::Prin
     const std::size_t place = rows.size();
     const std::string behind =
         place < listed.size() ? nearestCodePage(targetText(listed[place].target)) : std::string(systemPrinters);
-    rows.push_back({printer.DeviceName, printer.Port, behind});
+    const auto& state = platform::wordsOf(host.Printer.state(printer.DeviceName));
+    rows.push_back({printer.DeviceName, printer.Port, behind, std::string(state.italian)});
   }
   return rows;
 }

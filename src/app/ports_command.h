@@ -11,8 +11,8 @@
 
 namespace tellaxis {
 
-/// Every line with what is plugged into it and who has it open, every printer with its port and what is behind it.
-/// `listed` are those of the devices file. No line is opened.
+/// Every line with what is plugged into it and who has it open, every printer with its port, what is behind it and what
+/// it says of itself. `listed` are those of the devices file. No line is opened.
 CommandResult showPorts(platform::Host& host, platform::Inspection& inspection,
                         const std::vector<platform::PrinterDefinition>& listed);
 

@@ -79,6 +79,8 @@ constexpr CodeRow rows[] = {
     {Code::printerMissing, "printer-missing", error,
      "Installare la stampante con quel nome o su quella porta, o elencarla in devices.toml; tellaxisd porte dice quali "
      "ci sono."},
+    {Code::printerNotReady, "printer-not-ready", error,
+     "Mettere la carta, chiudere il coperchio, accendere o riavviare la stampante."},
 
     {Code::ftpUnreachable, "ftp-unreachable", error,
      "Controllare FTP_Indirizzo, la rete e il firewall (porta 21 e collegamenti passivi)."},

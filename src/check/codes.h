@@ -48,6 +48,7 @@ enum class Code : std::uint8_t {
   logoMissing,
   logoUnreadable,
   printerMissing,
+  printerNotReady,
 
   ftpUnreachable,
   ftpRefused,

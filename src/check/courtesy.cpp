@@ -47,7 +47,10 @@ void checkLogo(const CheckScene& scene, Findings& findings) {
 void checkPrinter(const CheckScene& scene, const PrinterUse& use, const LineKeys& line, Findings& findings) {
   if (use.port == nullptr) return checkLine(scene, findings, line);
   const std::string port = use.port(scene.bridge);
-  if (!findPrinterOnPort(scene.bridge.host, port, use.matching).index)
+  const platform::PrinterSearch found = findPrinterOnPort(scene.bridge.host, port, use.matching);
+  if (found.index)
+    checkPrinterState(scene, findings, found.printer.DeviceName);
+  else
     addMissingPrinter(scene, findings, "Nessuna stampante installata \xE8 sulla porta " + port + " (CORT_COM)",
                       use.without);
 }

@@ -30,4 +30,11 @@ void addMissingPrinter(const CheckScene& scene, Findings& findings, const std::s
   findings.add(Code::printerMissing, missing + ": " + instead + ". " + printersThere(printers));
 }
 
+void checkPrinterState(const CheckScene& scene, Findings& findings, const std::string& deviceName) {
+  const auto& state = platform::wordsOf(scene.bridge.host.Printer.state(deviceName));
+  if (state.saysNo)
+    findings.add(Code::printerNotReady,
+                 "La stampante " + deviceName + " non pu\xF2 stampare: " + std::string(state.italian) + ".");
+}
+
 }  // namespace tellaxis

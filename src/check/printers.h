@@ -14,4 +14,7 @@ enum class WithoutPrinter : std::uint8_t { printsOnCurrent, printsNothing };
 /// what printers there are.
 void addMissingPrinter(const CheckScene& scene, Findings& findings, const std::string& missing, WithoutPrinter without);
 
+/// Says `printer-not-ready` where the printer of this name, asked now, says that it cannot print.
+void checkPrinterState(const CheckScene& scene, Findings& findings, const std::string& deviceName);
+
 }  // namespace tellaxis

@@ -19,7 +19,9 @@ void checkPrinter(const CheckScene& scene, Findings& findings) {
   if (!isGreaterThanZero(settings.RF_Seriale, scene.bridge.host.locale.regional()))
     findings.add(Code::portMissing,
                  "La porta della stampante (RF_Seriale) \xE8 vuota o 0: le ricevute non si stampano.");
-  if (!platform::findPrinterNamed(scene.bridge.host.Printer, name).index)
+  if (platform::findPrinterNamed(scene.bridge.host.Printer, name).index)
+    checkPrinterState(scene, findings, name);
+  else
     addMissingPrinter(scene, findings, "La stampante \"" + name + "\" (RF_Stampante) non \xE8 installata",
                       slipLayoutOf(name) == nullptr ? WithoutPrinter::printsNothing : WithoutPrinter::printsOnCurrent);
 }

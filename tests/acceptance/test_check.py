@@ -327,8 +327,8 @@ class Ports(Installation):
         status, output, complaints = self.run_once("porte")
         self.assertEqual((status, complaints), (0, []))
         printers = output[output.index("Stampanti:") + 1 :]
-        self.assertEqual(printers[0].split(), "EPSON TM-L90 Receipt LPT1: folder:ricevute".split())
-        self.assertEqual(printers[1].split(), "SAMSUNG SRP-500 COM4: folder:preconti".split())
+        self.assertEqual(printers[0].split(), "EPSON TM-L90 Receipt LPT1: folder:ricevute pronta".split())
+        self.assertEqual(printers[1].split(), "SAMSUNG SRP-500 COM4: folder:preconti pronta".split())
         if line:
             (com3,) = [row for row in output if row.split()[:1] == ["COM3"]]
             self.assertIn(str(line.link), com3)

@@ -191,6 +191,29 @@ class OnTheNetwork(PaperScenario):
         self.job("\r\n".join(f"riga {i}" for i in range(50)))
         self.assertEqual(self.wait_for_entries(1), [("preconto.txt", "failed", "la stampante non è in linea")])
 
+    # Looking without a job
+
+    def run_once(self, *words):
+        program = self.desk.launch(*self.desk.arguments(), *words)
+        program.wait()
+        return program.output
+
+    def test_the_check_and_the_list_say_what_the_printer_says(self):
+        self.target()
+        self.desk.start()
+        self.printer.tell("senza carta")
+        (finding,) = [
+            finding
+            for finding in json.loads("\n".join(self.run_once("controlla", "--json")))
+            if finding["code"] == "printer-not-ready"
+        ]
+        self.assertEqual((finding["device"], finding["level"]), ("courtesy", "error"))
+        self.assertIn("manca la carta", finding["text"])
+        (row,) = [row for row in self.run_once("porte") if row.split()[:1] == ["POS"]]
+        self.assertTrue(row.endswith("manca la carta"), row)
+        self.printer.tell("carta")
+        self.assertNotIn("printer-not-ready", "".join(self.run_once("controlla", "--json")))
+
     # Waiting
 
     def test_jobs_wait_for_paper_and_come_out_once_and_in_order(self):

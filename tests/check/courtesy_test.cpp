@@ -41,6 +41,28 @@ TEST_F(CourtesyCheck, WithoutItsPrinterALinePrinterPrintsOnAnother) {
   }
 }
 
+TEST_F(CourtesyCheck, APrinterThatCannotPrintSaysWhy) {
+  using platform::PrinterState;
+  const std::pair<PrinterState, std::string_view> rows[] = {{PrinterState::noPaper, "manca la carta"},
+                                                            {PrinterState::coverOpen, "il coperchio \xE8 aperto"},
+                                                            {PrinterState::offLine, "non \xE8 in linea"},
+                                                            {PrinterState::error, "segnala un errore"}};
+  for (const auto& [state, why] : rows) {
+    computer.Printer.states["SAMSUNG SRP-500"] = state;
+    EXPECT_THAT(problems(), ElementsAre("printer-not-ready"));
+    expectError("printer-not-ready", "SAMSUNG SRP-500 non pu\xF2 stampare");
+    expectError("printer-not-ready", why);
+  }
+}
+
+TEST_F(CourtesyCheck, APrinterThatStillPrintsOrDoesNotSayIsNoProblem) {
+  using platform::PrinterState;
+  for (const PrinterState state : {PrinterState::ready, PrinterState::paperLow, PrinterState::unknown}) {
+    computer.Printer.states["SAMSUNG SRP-500"] = state;
+    EXPECT_THAT(problems(), IsEmpty());
+  }
+}
+
 TEST_F(CourtesyCheck, TheSerialPrintersLine) {
   setting("CORT_Printer", "DPT-282");
   setting("CORT_COM", "3");

@@ -28,6 +28,12 @@ TEST_F(SlipCheck, AMissingPrinterSaysWhichOnePrintsInsteadAndWhatThereIs) {
   expectError("printer-missing", "EPSON TM-L90 Receipt (LPT1:), SAMSUNG SRP-500 (COM4:)");
 }
 
+TEST_F(SlipCheck, APrinterThatCannotPrintSaysWhy) {
+  computer.Printer.states["EPSON TM-L90 Receipt"] = platform::PrinterState::noPaper;
+  EXPECT_THAT(problems(), ElementsAre("printer-not-ready"));
+  expectError("printer-not-ready", "EPSON TM-L90 Receipt non pu\xF2 stampare: manca la carta");
+}
+
 TEST_F(SlipCheck, WithoutAnyPrinterNothingIsPrinted) {
   computer.Printer.installed.clear();
   expectError("printer-missing", "non si stampa nulla. Non c'\xE8 nessuna stampante");
