@@ -65,7 +65,7 @@ TEST_F(CheckCommand, PortsTellWhoHasThemAndPrintersWhatIsBehindThem) {
   EXPECT_EQ(result.status, 0);
   EXPECT_THAT(result.text, HasSubstr("  COM3  /dev/ttyUSB0  Adattatore  in uso da minicom (9)\n"
                                      "  -     /dev/ttyS5\n"));
-  EXPECT_THAT(result.text, HasSubstr("  Caff\xC3\xA8  LPT1:  escpos:tcp://10.0.0.9:9100\n"));
+  EXPECT_THAT(result.text, HasSubstr("  Caff\xC3\xA8  LPT1:  escpos:tcp://10.0.0.9:9100  pronta\n"));
   EXPECT_THAT(result.text, HasSubstr("\n  PDF    FILE:  "));
   EXPECT_FALSE(inspection.askedToOpen);
 }
