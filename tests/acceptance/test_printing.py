@@ -4,6 +4,7 @@ import json
 import os
 import shutil
 import socket
+import struct
 import subprocess
 import sys
 import tempfile
@@ -207,6 +208,30 @@ class Printing(Scenario):
         self.assertEqual(
             received[0], ESC_POS_BEGIN + b"\x1d!\x01\x1bE\x01\x1br\x01Totale \x80\n\x1dVB\x00"
         )
+
+    @unittest.skipIf(ON_WINDOWS, "Wine tells of a connection that was reset as of one that ended")
+    def test_a_slip_whose_printer_breaks_off_after_the_last_byte_stays_and_is_printed_again(self):
+        with socket.create_server(("127.0.0.1", 0)) as listener:
+            received = []
+
+            def serve():
+                for breaks_off in (True, False):
+                    connection, _ = listener.accept()
+                    with connection, connection.makefile("rb") as stream:
+                        received.append((stream.read(), slip.exists()))
+                        if breaks_off:
+                            connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
+
+            self.printer("EPSON TM-U295 Slip", "LPT1:", f"escpos:tcp://127.0.0.1:{listener.getsockname()[1]}")
+            self.slip("EPSON TM-U295 Slip")
+            program = self.desk.start("--trace")
+            slip = self.desk.c("MERIDIA\\Ricevuta.txt")
+            threading.Thread(target=serve, daemon=True).start()
+            self.put_slip("RR uno\r\n")
+            wait_for(lambda: len(received) == 2 and not slip.exists(), "the slip printed", 40)
+            some_ticks()
+        self.assertEqual(received[0], received[1])
+        self.assertEqual(len([line for line in program.complaints if "EndDoc" in line]), 1, program.complaints)
 
     @unittest.skipIf(ON_WINDOWS, "CUPS is the spooler of Linux")
     def test_a_cups_queue_gets_its_bytes(self):

@@ -21,18 +21,23 @@ namespace tellaxis::platform {
 namespace {
 
 constexpr DWORD patience = 10'000;  // milliseconds
+constexpr DWORD connectLimit = 2'000;
+constexpr DWORD endLimit = 1'000;
 constexpr auto answerLimit = static_cast<DWORD>(statusAnswerLimit.count());
 constexpr std::string_view silentPrinter = "la stampante non accetta dati";
 
 using Reason = std::optional<std::string>;
 
+/// Milliseconds that are left of `limit`, which began at this tick count.
+DWORD leftOf(DWORD limit, DWORD begun) {
+  const DWORD passed = GetTickCount() - begun;
+  return passed < limit ? limit - passed : 0;
+}
+
 /// Milliseconds that are left of those that an answer may take.
 class AnswerTime {
  public:
-  DWORD left() const {
-    const DWORD passed = GetTickCount() - begun_;
-    return passed < answerLimit ? answerLimit - passed : 0;
-  }
+  DWORD left() const { return leftOf(answerLimit, begun_); }
 
  private:
   DWORD begun_ = GetTickCount();
@@ -159,7 +164,7 @@ class Socket {
   Socket(const Socket&) = delete;
   Socket& operator=(const Socket&) = delete;
 
-  Reason connectTo(const addrinfo& address, DWORD limit = patience) const {
+  Reason connectTo(const addrinfo& address, DWORD limit) const {
     if (socket_ == INVALID_SOCKET) return socketReason();
     u_long waits = 1;
     ioctlsocket(socket_, FIONBIO, &waits);
@@ -185,29 +190,39 @@ class Socket {
 
   /// The next byte from the other side; nothing when none comes in time.
   std::optional<unsigned char> read(DWORD limit) const {
-    fd_set readable = {1, {socket_}};
-    timeval time = timeOf(limit);
     char byte = 0;
-    if (select(0, &readable, nullptr, nullptr, &time) <= 0 || recv(socket_, &byte, 1, 0) != 1) return std::nullopt;
+    if (!isReadable(limit) || recv(socket_, &byte, 1, 0) != 1) return std::nullopt;
     return static_cast<unsigned char>(byte);
   }
 
-  /// Waits until the other side has all bytes.
+  /// Waits until the other side has all bytes. A printer that breaks the connection off has not printed, whatever its
+  /// system took; one that keeps it open is waited for no longer than `endLimit`. What it says is not looked at.
   Reason finish() {
     const linger lingering = {1, patience / 1000};
     setsockopt(socket_, SOL_SOCKET, SO_LINGER, reinterpret_cast<const char*>(&lingering), sizeof lingering);
-    shutdown(socket_, SD_SEND);
+    if (shutdown(socket_, SD_SEND) != 0) return socketReason();
+    const DWORD begun = GetTickCount();
+    char ignored[256];
+    int got = 1;
+    while (got > 0 && isReadable(leftOf(endLimit, begun))) got = recv(socket_, ignored, sizeof ignored, 0);
+    if (got < 0) return socketReason();
     const bool closed = closesocket(std::exchange(socket_, INVALID_SOCKET)) == 0;
     return closed ? Reason() : Reason(silentPrinter);
   }
 
  private:
+  bool isReadable(DWORD limit) const {
+    fd_set readable = {1, {socket_}};
+    timeval time = timeOf(limit);
+    return select(0, &readable, nullptr, nullptr, &time) > 0;
+  }
+
   Reason waitUntilConnected(DWORD limit) const {
     fd_set connected = {1, {socket_}};
     fd_set refused = {1, {socket_}};
     timeval time = timeOf(limit);
     const int ready = select(0, nullptr, &connected, &refused, &time);
-    if (ready == 0) return std::string(silentPrinter);
+    if (ready == 0) return "la stampante non risponde";
     if (ready > 0 && connected.fd_count > 0) return std::nullopt;
     int error = WSAGetLastError();
     int size = sizeof error;
@@ -259,9 +274,10 @@ class NetworkChannel final : public Channel {
     const Addresses found = addresses();
     if (!found) return socketReason();
     Reason reason = "l'indirizzo non esiste";
+    const DWORD begun = GetTickCount();
     for (const addrinfo* address = found.get(); address != nullptr; address = address->ai_next) {
       Socket connection(*address);
-      reason = connection.connectTo(*address);
+      reason = connection.connectTo(*address, leftOf(connectLimit, begun));
       if (reason) continue;
       reason = sendBlocks(document, [&](std::string_view bytes) { return connection.write(bytes); });
       return reason ? reason : connection.finish();

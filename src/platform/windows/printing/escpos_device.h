@@ -18,7 +18,8 @@ namespace tellaxis::platform {
 std::unique_ptr<ByteChannel> openDeviceChannel(std::string path, Trace& trace,
                                                const std::optional<LineSettings>& line = std::nullopt);
 
-/// A printer that takes bytes on a TCP port, connected to for each document.
+/// A printer that takes bytes on a TCP port, connected to for each document within 2 s. One that breaks the connection
+/// off before it has all bytes, or right after, has failed.
 std::unique_ptr<ByteChannel> openNetworkChannel(std::string host, std::uint16_t port, Trace& trace);
 
 /// True for the name of a COM or LPT port.
