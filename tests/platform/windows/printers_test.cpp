@@ -1,7 +1,11 @@
 // Tests of the list of printers of a Windows computer: ports without a question to print servers, ports that ask.
 #include <gmock/gmock.h>
+#include <windows.h>
+// After windows.h, which it needs.
+#include <winspool.h>
 
 #include <map>
+#include <utility>
 
 #include "platform/trace_log.h"
 #include "platform/windows/printing/device_face.h"
@@ -73,6 +77,39 @@ TEST(WindowsDeviceFace, AFontOfTheDeviceInAnotherCharacterSetComesBeforeOneThatI
   takeFace(&western, nullptr, TRUETYPE_FONTTYPE, reinterpret_cast<LPARAM>(&face));
   EXPECT_TRUE(face.ofDevice);
   EXPECT_EQ(face.description.lfHeight, 1);
+}
+
+TEST(WindowsPrinterState, EveryBitOfTheSpoolerThatMattersIsAState) {
+  const std::pair<DWORD, PrinterState> rows[] = {
+      {0, PrinterState::ready},
+      {PRINTER_STATUS_PRINTING | PRINTER_STATUS_BUSY, PrinterState::ready},
+      {PRINTER_STATUS_TONER_LOW, PrinterState::ready},
+      {PRINTER_STATUS_DOOR_OPEN, PrinterState::coverOpen},
+      {PRINTER_STATUS_PAPER_OUT, PrinterState::noPaper},
+      {PRINTER_STATUS_PAPER_JAM, PrinterState::error},
+      {PRINTER_STATUS_PAPER_PROBLEM, PrinterState::error},
+      {PRINTER_STATUS_OUT_OF_MEMORY, PrinterState::error},
+      {PRINTER_STATUS_OUTPUT_BIN_FULL, PrinterState::error},
+      {PRINTER_STATUS_NO_TONER, PrinterState::error},
+      {PRINTER_STATUS_USER_INTERVENTION, PrinterState::error},
+      {PRINTER_STATUS_ERROR, PrinterState::error},
+      {PRINTER_STATUS_OFFLINE, PrinterState::offLine},
+      {PRINTER_STATUS_NOT_AVAILABLE, PrinterState::offLine},
+      {PRINTER_STATUS_PAUSED, PrinterState::offLine},
+      {PRINTER_STATUS_SERVER_UNKNOWN, PrinterState::offLine},
+  };
+  for (const auto& [status, state] : rows) EXPECT_EQ(stateOfSpooler(status, 0), state) << status;
+}
+
+TEST(WindowsPrinterState, TheCauseCountsBeforeItsConsequencesAndAPrinterMayBeSetOffLine) {
+  EXPECT_EQ(stateOfSpooler(PRINTER_STATUS_ERROR | PRINTER_STATUS_PAPER_OUT | PRINTER_STATUS_OFFLINE, 0),
+            PrinterState::noPaper);
+  EXPECT_EQ(stateOfSpooler(0, PRINTER_ATTRIBUTE_WORK_OFFLINE), PrinterState::offLine);
+  EXPECT_EQ(stateOfSpooler(PRINTER_STATUS_PAPER_OUT, PRINTER_ATTRIBUTE_WORK_OFFLINE), PrinterState::noPaper);
+}
+
+TEST(WindowsPrinterState, OfAPrinterThatIsNotThereNothingIsKnown) {
+  EXPECT_EQ(stateOfLocalPrinter("nessuna stampante"), PrinterState::unknown);
 }
 
 TEST(WindowsPrinters, APrinterThatAsksForAFileIsRefusedWithAReason) {
