@@ -60,7 +60,9 @@ WindowProgram::WindowProgram(const WindowSurroundings& surroundings, const std::
   modalDialogs();
   bridge_.paper = paper_.get();
   bridge_.stopRequested = [this] { return ended_ || surroundings_.stop.asked(); };
+  boxes_.duringTick(true);
   Form_Load(bridge_, devices_, mainFolder);
+  boxes_.duringTick(false);
   if (diary_) diary_->started();
   window_->refresh();
   window_->Show();

@@ -48,12 +48,12 @@ bool copy(Bridge& bridge, const Account& account) {
 
 void FTP_StartUP_Orbis(Bridge& bridge) {
   readOrbisSetting(bridge);
-  if (bridge.settings.Orbis_Setting) copy(bridge, ftpAccount);
+  if (bridge.settings.takesOver()) copy(bridge, ftpAccount);
 }
 
 void WEB_StartUP_Orbis(Bridge& bridge) {
   readOrbisSetting(bridge);
-  if (!bridge.settings.Orbis_Setting) return;
+  if (!bridge.settings.takesOver()) return;
   const bool complete = copy(bridge, dialUpAccount);
   write(bridge, "WEB_chkDial", complete ? "-1" : "0");
 }

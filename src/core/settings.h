@@ -18,6 +18,7 @@ struct Settings {
   std::string pointOfSaleSettingsFile;  ///< point-of-sale folder + "\_Local.ini"
 
   bool Orbis_Setting = false;
+  bool pointOfSaleUnreachable = false;  ///< its folder did not answer at start-up: nothing is taken over from it
 
   bool Display_Active = false;
   std::string Display_File;
@@ -50,6 +51,9 @@ struct Settings {
   std::string Cort_Sett;
   std::string Cort_File;
   bool Cort_Logo = false;
+
+  /// Whether the devices' settings come from the point of sale's.
+  bool takesOver() const { return Orbis_Setting && !pointOfSaleUnreachable; }
 };
 
 /// Fixes the paths that hang on the main folder.

@@ -29,7 +29,7 @@ void Display_StartUP_Valori(Bridge& bridge) {
 
 void Display_StartUP_Orbis(Bridge& bridge) {
   const Settings& settings = bridge.settings;
-  if (!settings.Orbis_Setting) return;
+  if (!settings.takesOver()) return;
   platform::Host& host = bridge.host;
   const auto write = [&](std::string_view key, const Value& value) {
     ScriviImpostazione(host, key, value, settings.settingsFile);

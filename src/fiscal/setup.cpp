@@ -87,7 +87,7 @@ void MF_StartUP_Valori(Bridge& bridge) {
 }
 
 void MF_StartUP_Orbis(Bridge& bridge) {
-  if (!bridge.settings.Orbis_Setting) return;
+  if (!bridge.settings.takesOver()) return;
   const TakeOver settings(bridge);
   const FiscalModel* model = offeredModel(settings.raw("MisPre", std::string(noPrinterCode)));
   if (model == nullptr) return takeOverNoPrinter(settings);

@@ -77,6 +77,44 @@ TEST_F(StartUp, KeepsAPointOfSaleFolderOfOneBackslash) {
   EXPECT_EQ(bridge.form.Orbis51Dir.Text, "\\");
 }
 
+TEST_F(StartUp, WaitsForAPointOfSaleFolderThatDoesNotAnswerYet) {
+  store("Orbis_Directory", "\\\\server\\meridia\\");
+  computer.profiles.put("\\\\server\\meridia\\_Local.ini", "Varie", "RT_Access", "C:\\rt.exe");
+  computer.files.makeUnreachable("\\\\server\\meridia", 4);
+  start();
+  EXPECT_THAT(computer.journal.callsThatBegin("sleep"), ElementsAre("sleep 100", "sleep 100", "sleep 100"));
+  EXPECT_EQ(computer.journal.callsThatBegin("message").size(), 1U);
+  EXPECT_TRUE(bridge.settings.takesOver());
+  EXPECT_EQ(stored("RunTimeOrbis51"), "C:\\rt.exe");
+}
+
+TEST_F(StartUp, TakesNothingOverFromAFolderThatDoesNotAnswer) {
+  store("Orbis_Directory", "\\\\server\\meridia");
+  store("RunTimeOrbis51", "C:\\rt.exe");
+  computer.files.makeUnreachable("\\\\server\\meridia", 1000);
+  start();
+  EXPECT_EQ(computer.journal.callsThatBegin("sleep").size(), 60U);
+  EXPECT_EQ(computer.journal.callsThatBegin("message").size(), 2U);
+  EXPECT_TRUE(bridge.settings.Orbis_Setting);
+  EXPECT_FALSE(bridge.settings.takesOver());
+  EXPECT_EQ(stored("RunTimeOrbis51"), "C:\\rt.exe");
+}
+
+TEST_F(StartUp, AStopEndsTheWaitForThePointOfSaleFolder) {
+  store("Orbis_Directory", "\\\\server\\meridia");
+  computer.files.makeUnreachable("\\\\server\\meridia", 1000);
+  bridge.stopRequested = [] { return true; };
+  start();
+  EXPECT_THAT(computer.journal.callsThatBegin("sleep"), testing::IsEmpty());
+}
+
+TEST_F(StartUp, DoesNotWaitForAPointOfSaleFolderThatIsNotThere) {
+  store("Orbis_Directory", "D:\\manca");
+  start();
+  EXPECT_THAT(computer.journal.callsThatBegin("sleep"), testing::IsEmpty());
+  EXPECT_TRUE(bridge.settings.takesOver());
+}
+
 TEST_F(StartUp, TakesTheRuntimeFromThePointOfSaleSettings) {
   computer.profiles.put("C:\\Meridia\\_Local.ini", "Varie", "RT_Access", "E:\\Access\\msaccess.exe");
   start();

@@ -86,6 +86,12 @@ bool Files::folderExists(std::string_view path) {
   return journal_.record("folderExists " + std::string(path)) && folders_.contains(withoutBackslash(path));
 }
 
+bool Files::isUnreachable(std::string_view folder) {
+  if (!journal_.record("isUnreachable " + std::string(folder))) return false;
+  const auto found = unreachable_.find(lower(folder));
+  return found != unreachable_.end() && --found->second > 0;
+}
+
 bool Files::createFolder(std::string_view path) {
   if (!journal_.record("createFolder " + std::string(path))) return false;
   return folders_.insert(withoutBackslash(path)).second;

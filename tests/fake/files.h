@@ -33,6 +33,8 @@ class Files : public platform::Files {
   void withoutFolder(std::string_view folder) { missingFolders_.insert(lower(folder)); }
   /// From now on the disk that this folder is on takes no more bytes.
   void fill(std::string_view folder) { fullFolders_.insert(lower(folder)); }
+  /// A folder of another computer, which answers again at the look of this number.
+  void makeUnreachable(std::string_view folder, int looks) { unreachable_[lower(folder)] = looks; }
   /// Whether the program has a file open for reading; until it closes it, the file cannot be moved or deleted.
   bool isOpen(std::string_view path) const { return open_.contains(lower(path)); }
 
@@ -42,6 +44,7 @@ class Files : public platform::Files {
   std::optional<std::string> lookUp(std::string_view path) override;
   std::optional<platform::FileIdentity> identity(std::string_view path) override;
   bool folderExists(std::string_view path) override;
+  bool isUnreachable(std::string_view folder) override;
   std::string temporaryFolder() override { return userTemporaryFolder; }
   bool createFolder(std::string_view path) override;
   std::optional<std::vector<std::string>> list(std::string_view folder) override;
@@ -78,6 +81,7 @@ class Files : public platform::Files {
   std::set<std::string> folders_;
   std::set<std::string> missingFolders_;
   std::set<std::string> fullFolders_;
+  std::map<std::string, int> unreachable_;  ///< looks that it takes a folder to answer
   std::set<std::string> held_;
   std::set<std::string> protected_;
   platform::Readings readings_;

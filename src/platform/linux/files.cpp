@@ -116,6 +116,12 @@ bool LinuxFiles::folderExists(std::string_view path) {
   return native && statusOf(paths_, *native, status) && S_ISDIR(status.st_mode);
 }
 
+bool LinuxFiles::isUnreachable(std::string_view folder) {
+  auto native = paths_.spelled(folder);
+  struct stat status {};
+  return native && !statusOf(paths_, *native, status) && doesNotAnswer(*native, errno);
+}
+
 bool LinuxFiles::createFolder(std::string_view path) {
   const auto native = paths_.resolve(path);
   if (!native) return noteWith("createFolder", path, ENOENT);

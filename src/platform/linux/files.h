@@ -25,6 +25,7 @@ class LinuxFiles : public Files {
   std::optional<std::string> lookUp(std::string_view path) override;
   std::optional<FileIdentity> identity(std::string_view path) override;
   bool folderExists(std::string_view path) override;
+  bool isUnreachable(std::string_view folder) override;
   bool createFolder(std::string_view path) override;
   std::optional<std::vector<std::string>> list(std::string_view folder) override;
   std::optional<std::vector<std::string>> listMovable(std::string_view folder, std::string_view target) override;

@@ -120,6 +120,8 @@ bool WindowsFiles::folderExists(std::string_view path) {
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
+bool WindowsFiles::isUnreachable(std::string_view folder) { return doesNotAnswer(wide(folder)); }
+
 std::string WindowsFiles::temporaryFolder() {
   wchar_t path[MAX_PATH + 1];
   const DWORD length = GetTempPathW(MAX_PATH + 1, path);

@@ -15,6 +15,7 @@ class WindowsFiles : public Files {
   std::optional<std::string> lookUp(std::string_view path) override;
   std::optional<FileIdentity> identity(std::string_view path) override;
   bool folderExists(std::string_view path) override;
+  bool isUnreachable(std::string_view folder) override;
   std::string temporaryFolder() override;
   bool createFolder(std::string_view path) override;
   std::optional<std::vector<std::string>> list(std::string_view folder) override;

@@ -27,6 +27,9 @@ inline bool isListed(const Descriptor& folder, const dirent64& entry) {
   return ::fstatat(folder.number(), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(status.st_mode);
 }
 
+/// Whether a folder that could not be looked at, with this error, is one that may answer later.
+bool doesNotAnswer(std::string native, int error);
+
 /// Calls `take` with each entry of an open folder, "." and ".." too. False, with `errno`, when it could not be read.
 template <class Take>
 bool readFolder(const Descriptor& folder, Take take) {

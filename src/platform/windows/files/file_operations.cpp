@@ -96,6 +96,27 @@ std::optional<std::vector<std::wstring>> filesOf(const std::wstring& folder) {
   return names;
 }
 
+bool doesNotAnswer(const std::wstring& path) {
+  std::wstring root = path.substr(0, 2) + L'\\';
+  if (path.starts_with(L"\\\\")) {
+    const std::size_t share = path.find(L'\\', 2);
+    if (share == std::wstring::npos) return false;
+    root = path.substr(0, path.find(L'\\', share + 1)) + L'\\';
+  } else if (path.size() < 2 || path[1] != L':') {
+    return false;
+  } else if (const UINT type = GetDriveTypeW(root.c_str()); type == DRIVE_NO_ROOT_DIR) {
+    // A connection that is to be made anew at each log-on, and is not yet.
+    HKEY key = nullptr;
+    const std::wstring connection = L"Network\\" + path.substr(0, 1);
+    if (RegOpenKeyExW(HKEY_CURRENT_USER, connection.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
+    RegCloseKey(key);
+    return true;
+  } else if (type != DRIVE_REMOTE) {
+    return false;
+  }
+  return GetFileAttributesW(root.c_str()) == INVALID_FILE_ATTRIBUTES;
+}
+
 std::wstring temporaryBeside(const std::wstring& target) {
   static std::atomic<unsigned> count = 0;
   const std::size_t separator = target.find_last_of(L"\\/:");

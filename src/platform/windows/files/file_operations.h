@@ -18,6 +18,9 @@ std::optional<std::wstring> findFile(const std::wstring& path);
 /// The bare names of the visible files of a folder, in the system's order; nothing when it cannot be read.
 std::optional<std::vector<std::wstring>> filesOf(const std::wstring& folder);
 
+/// Whether a path begins with a share or a connected drive of another computer that does not answer.
+bool doesNotAnswer(const std::wstring& path);
+
 /// A path in the folder of `target` that no other process and no other call uses.
 std::wstring temporaryBeside(const std::wstring& target);
 
