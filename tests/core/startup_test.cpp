@@ -144,6 +144,8 @@ TEST_F(StartUp, KnowsTheTakeOverFlagBeforeTheDevicesAreSetUp) {
 
 std::vector<std::string> wholeStartUp() {
   std::vector<std::string> calls{
+      "read [VARIE] Orbis_Directory of C:\\cassa\\_Tellaxis.ini",
+      "isUnreachable C:\\Meridia",
       "write [VARIE] MF_Vuoto=-1 to C:\\cassa\\_Tellaxis.ini",
       "write [VARIE] RF_Vuoto=-1 to C:\\cassa\\_Tellaxis.ini",
       "write [VARIE] Cort_Vuoto=-1 to C:\\cassa\\_Tellaxis.ini",
