@@ -49,8 +49,8 @@ class Files {
 
   virtual bool folderExists(std::string_view path) = 0;
 
-  /// True for a folder on another computer, or on a disk that is mounted on first use, that does not answer now. May take
-  /// as long as the system itself waits for such a computer.
+  /// True for a folder on another computer, or on a disk that is mounted on first use, that does not answer now. May
+  /// take as long as the system itself waits for such a computer.
   virtual bool isUnreachable(std::string_view folder) = 0;
 
   /// The present user's folder for passing things, without a trailing separator; empty where there is none.

@@ -75,7 +75,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   demand(linesOf(0, text, text.size() + 1) == expected);
   demand(linesOf(0, text, 1) == expected);
   demand(linesOf(0, text, data[0] % 7 + 2) == expected);
-  // Few inputs also behind a beginning that is nearly as long as a line may be, or a little longer: that takes its time.
+  // Few inputs also behind a beginning that is nearly as long as a line may be, or a little longer: that takes its
+  // time.
   if (data[0] != 0 || size % 64 != 63) return 0;
   const std::size_t beginning = TextLines::longest - 8 + data[1] % 16;
   const auto lines = linesOf(beginning, text, 5);
