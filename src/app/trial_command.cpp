@@ -5,13 +5,13 @@
 #include <optional>
 #include <set>
 
-#include "check/trial.h"
 #include "core/bridge.h"
 #include "core/settings.h"
 #include "diary/diary.h"
 #include "diary/reader.h"
 #include "platform/clock.h"
 #include "text/code_page.h"
+#include "trial/trial.h"
 
 namespace tellaxis {
 

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "check/devices.h"
+#include "check/devices/devices.h"
 #include "check/scene.h"
 #include "core/settings.h"
 

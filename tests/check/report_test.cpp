@@ -1,7 +1,7 @@
 // Report: the block of a device, and the array of findings.
 #include "check/report.h"
 
-#include "check_desk.h"
+#include "check/check_desk.h"
 
 namespace tellaxis {
 namespace {

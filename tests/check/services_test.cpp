@@ -1,5 +1,5 @@
 // Services: the FTP server, the dial-up account and the timetable.
-#include "check_desk.h"
+#include "check/check_desk.h"
 
 namespace tellaxis {
 namespace {

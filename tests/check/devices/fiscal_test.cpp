@@ -1,5 +1,5 @@
 // Fiscal printer: its driver, its files, its gate and its waits.
-#include "check_desk.h"
+#include "check/check_desk.h"
 
 namespace tellaxis {
 namespace {

@@ -1,5 +1,5 @@
 // Display: its family, its file and its line.
-#include "check_desk.h"
+#include "check/check_desk.h"
 
 namespace tellaxis {
 namespace {

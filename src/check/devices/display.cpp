@@ -1,5 +1,5 @@
 // Display: its family, its job file and its line.
-#include "check/devices.h"
+#include "check/devices/devices.h"
 #include "check/line.h"
 #include "check/waiting_jobs.h"
 #include "check/words.h"

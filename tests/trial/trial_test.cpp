@@ -1,8 +1,8 @@
 // Trial: the sample job of each device, and what becomes of it.
-#include "check/trial.h"
+#include "trial/trial.h"
 
-#include "check/sample_jobs.h"
-#include "check_desk.h"
+#include "check/check_desk.h"
+#include "trial/sample_jobs.h"
 
 namespace tellaxis {
 namespace {

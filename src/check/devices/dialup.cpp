@@ -1,7 +1,7 @@
 // Dial-up: whether the connection's account is complete.
 #include <vector>
 
-#include "check/devices.h"
+#include "check/devices/devices.h"
 #include "check/words.h"
 #include "core/ini/ini.h"
 #include "platform/locale.h"

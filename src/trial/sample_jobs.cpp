@@ -1,5 +1,5 @@
 // Sample jobs: tables of lines; accents, the euro sign, every font, bold, colour and the bar code.
-#include "check/sample_jobs.h"
+#include "trial/sample_jobs.h"
 
 #include <span>
 #include <string_view>

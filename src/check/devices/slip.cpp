@@ -1,5 +1,5 @@
 // Slip printer: its layout, its printer and its job file.
-#include "check/devices.h"
+#include "check/devices/devices.h"
 #include "check/printers.h"
 #include "check/waiting_jobs.h"
 #include "check/words.h"

@@ -3,7 +3,7 @@
 #include <string_view>
 #include <vector>
 
-#include "check/devices.h"
+#include "check/devices/devices.h"
 #include "check/words.h"
 #include "core/ini/ini.h"
 #include "platform/locale.h"

@@ -1,5 +1,5 @@
 // Courtesy printer: its type, its printer or its line, its logo and its gate.
-#include "check_desk.h"
+#include "check/check_desk.h"
 
 namespace tellaxis {
 namespace {

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "check/devices.h"
+#include "check/devices/devices.h"
 #include "check/line.h"
 #include "check/printers.h"
 #include "check/waiting_jobs.h"

@@ -1,5 +1,5 @@
 // General: the main folder, the settings file, the disk, the point-of-sale folder and the copy that serves them.
-#include "check/devices.h"
+#include "check/devices/devices.h"
 #include "check/words.h"
 
 namespace tellaxis {

@@ -1,5 +1,5 @@
 // Slip printer: its layout, its printer and its file.
-#include "check_desk.h"
+#include "check/check_desk.h"
 
 namespace tellaxis {
 namespace {

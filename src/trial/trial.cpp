@@ -1,12 +1,12 @@
 // Trial: the place of a device's jobs, the writing and the wait.
-#include "check/trial.h"
+#include "trial/trial.h"
 
 #include <algorithm>
 #include <chrono>
 
-#include "check/sample_jobs.h"
 #include "platform/clock.h"
 #include "platform/files.h"
+#include "trial/sample_jobs.h"
 
 namespace tellaxis {
 

@@ -3,7 +3,7 @@
 #include <iterator>
 #include <vector>
 
-#include "check/devices.h"
+#include "check/devices/devices.h"
 #include "check/waiting_jobs.h"
 #include "check/words.h"
 #include "fiscal/models.h"

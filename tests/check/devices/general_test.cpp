@@ -1,6 +1,6 @@
 // General: the copy that runs, the settings file, the main folder, the disk, the point-of-sale folder.
+#include "check/check_desk.h"
 #include "check/codes.h"
-#include "check_desk.h"
 
 namespace tellaxis {
 namespace {

@@ -1,5 +1,5 @@
 // FTP: whether the server answers and takes the account; only where the network may be used.
-#include "check/devices.h"
+#include "check/devices/devices.h"
 #include "check/words.h"
 #include "platform/ftp_client.h"
 
