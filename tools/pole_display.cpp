@@ -1,12 +1,10 @@
 // Pole display: a customer display in a terminal, on a serial line of its own.
 #include <fcntl.h>
 #include <poll.h>
-#include <sys/signalfd.h>
 #include <termios.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -14,6 +12,7 @@
 
 #include "arguments.h"
 #include "display_picture.h"
+#include "stop_signals.h"
 
 namespace {
 
@@ -23,6 +22,7 @@ using tellaxis::tools::framed;
 using tellaxis::tools::into;
 using tellaxis::tools::numberInto;
 using tellaxis::tools::readArguments;
+using tellaxis::tools::stopSignals;
 
 constexpr const char* help = R"(Uso: pole_display [opzioni]     un display cliente simulato, fino a Ctrl-C
 
@@ -105,16 +105,6 @@ class Link {
  private:
   std::string path_;
 };
-
-/// SIGINT and SIGTERM as something to read.
-int stopSignals() {
-  sigset_t signals;
-  sigemptyset(&signals);
-  sigaddset(&signals, SIGINT);
-  sigaddset(&signals, SIGTERM);
-  ::sigprocmask(SIG_BLOCK, &signals, nullptr);
-  return ::signalfd(-1, &signals, SFD_CLOEXEC);
-}
 
 /// Draws pictures over each other on a terminal, and below each other in a file.
 class Screen {

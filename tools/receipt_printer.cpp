@@ -3,12 +3,10 @@
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <poll.h>
-#include <sys/signalfd.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -17,6 +15,7 @@
 
 #include "arguments.h"
 #include "receipt_paper.h"
+#include "stop_signals.h"
 
 namespace {
 
@@ -25,6 +24,7 @@ using tellaxis::tools::into;
 using tellaxis::tools::numberInto;
 using tellaxis::tools::readArguments;
 using tellaxis::tools::ReceiptPaper;
+using tellaxis::tools::stopSignals;
 
 constexpr const char* help = R"(Uso: receipt_printer [opzioni]     una stampante di scontrini simulata, fino a Ctrl-C
 
@@ -65,16 +65,6 @@ Options readOptions(int count, char** words) {
   const auto others = readArguments(count, words, known);
   if (!others || !others->empty() || options.port > UINT16_MAX) giveUp("argomenti non validi; --help li elenca");
   return options;
-}
-
-/// SIGINT and SIGTERM as something to read.
-int stopSignals() {
-  sigset_t signals;
-  sigemptyset(&signals);
-  sigaddset(&signals, SIGINT);
-  sigaddset(&signals, SIGTERM);
-  ::sigprocmask(SIG_BLOCK, &signals, nullptr);
-  return ::signalfd(-1, &signals, SFD_CLOEXEC);
 }
 
 void closeAndForget(int& descriptor) {
