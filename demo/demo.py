@@ -15,6 +15,7 @@ import sample_transfers
 import sample_jobs
 import fiscal_driver
 from harness import TOOLS, Desk, wait_for
+from receipt_printer import ReceiptPrinter
 from serial_line import SerialLine
 
 POLLING = 0.5  # seconds, as on a cash desk
@@ -261,15 +262,29 @@ def check(desk):
 
 
 def checked_installation(desk, report):
-    """The whole installation under `controlla`, first as it should be, then with its fiscal driver gone."""
+    """The whole installation under `controlla`: as it should be, with its fiscal driver gone, with a printer out of paper."""
     line = SerialLine(desk, 5).plug_in()
+    printer = ReceiptPrinter(desk.root / "received.bin")
     configure_everything(desk)
     with open(desk.main / "devices.toml", "a", encoding="utf-8") as devices:
         devices.write("[bridge]\nmidnight = true\n")
+        devices.write(f'[[printer]]\nname = "SAMSUNG SRP-350"\nport = "COM9:"\ntarget = "escpos:tcp://127.0.0.1:{printer.port}"\n')
     program = desk.start(polling=POLLING)
-    for what, expected, problem in (("in order", 0, "0 errori, 0 avvisi"), ("without its driver", 1, "[driver-missing]")):
-        if expected:
-            desk.settings(MF_Driver="C:\\NucleoDriver\\NucleoDriver.exe")
+    driver = desk.read_settings()["MF_Driver"]
+
+    def without_driver():
+        desk.settings(MF_Driver="C:\\NucleoDriver\\NucleoDriver.exe")
+
+    def without_paper():
+        desk.settings(MF_Driver=driver, CORT_COM=9)
+        printer.tell("senza carta")
+
+    for what, change, expected, problem in (
+        ("in order", lambda: None, 0, "0 errori, 0 avvisi"),
+        ("without its driver", without_driver, 1, "[driver-missing]"),
+        ("without paper", without_paper, 1, "manca la carta"),
+    ):
+        change()
         status, lines = check(desk)
         report.lines.append(f"  controlla on an installation {what}: status {status}")
         report.lines.extend(f"            {line}" for line in lines)
@@ -277,6 +292,7 @@ def checked_installation(desk, report):
             report.lacks(f"controlla on an installation {what}", f"status {status}")
     if program.stop() != 0:
         report.lacks("a clean end", "after controlla")
+    printer.close()
     line.pull_out()
 
 
