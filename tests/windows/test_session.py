@@ -6,11 +6,10 @@ import subprocess
 import unittest
 from pathlib import Path
 
-from harness import EMULATOR, Scenario, program_path, some_ticks
+from harness import EMULATOR, PROGRAM, WINDOW_PROGRAM, Scenario, program_path, some_ticks
 from screen import open_screen
 
 END_SESSION = Path(os.environ["END_SESSION"])
-WINDOW_PROGRAM = Path(os.environ["TELLAXIS"])
 
 
 @unittest.skipUnless(shutil.which("Xvfb"), "needs Xvfb")
@@ -42,8 +41,8 @@ class Session(Scenario):
 
 
 class OneOperation(Scenario):
-    def _run(self, *words):
-        command = [*EMULATOR, str(WINDOW_PROGRAM), "--main-folder", program_path(self.desk.main), *words]
+    def _run(self, *words, program=WINDOW_PROGRAM, folder=None):
+        command = [*EMULATOR, str(program), "--main-folder", program_path(folder or self.desk.main), *words]
         environment = {key: value for key, value in self.desk.environment().items() if key != "DISPLAY"}
         return subprocess.run(command, env=environment, stdin=subprocess.DEVNULL, capture_output=True, check=False, timeout=120)
 
@@ -51,6 +50,14 @@ class OneOperation(Scenario):
         self.assertEqual(self._run("pianificate").returncode, 0)
         self.assertEqual(self._run("ftp").returncode, 1)
         self.assertEqual(self._run("altro").returncode, 2)
+
+    def test_both_programs_take_a_folder_with_an_accent(self):
+        accented = self.desk.root / "Cassà"
+        accented.mkdir()
+        for program in (WINDOW_PROGRAM, PROGRAM):
+            self.assertEqual(self._run("pianificate", program=program, folder=accented).returncode, 0, program)
+            missing = self._run("pianificate", program=program, folder=self.desk.root / "Cassè")
+            self.assertEqual(missing.returncode, 2, program)
 
 
 if __name__ == "__main__":
