@@ -1,12 +1,10 @@
 // Diary: what a job costs more with diary and archive, and how long a day of 100,000 jobs takes to read.
 #include <unistd.h>
 
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -15,49 +13,20 @@
 #include "core/activity.h"
 #include "core/polling.h"
 #include "diary/reader.h"
-#include "platform/files.h"
 #include "platform/system.h"
+#include "receipts.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using namespace tellaxis;
+using namespace tellaxis::bench;
 
-constexpr int jobs = 100;
-constexpr std::size_t jobSize = 2048;
 constexpr int rounds = 100;
 constexpr int jobsOfABusyDay = 100'000;
 
-/// A fiscal driver that only takes a copy of the job.
-class CopyingDevices : public Devices {
- public:
-  explicit CopyingDevices(Bridge& bridge) : bridge_(bridge) {}
-  void LanciaFileDisplay() override {}
-  void MF_Invia(std::string_view jobFile) override {
-    bridge_.host.files.copy(jobFile, bridge_.settings.MF_File);
-    bridge_.fiscalOutcome = FiscalOutcome::delivered;
-  }
-  void LanciaFileRF() override {}
-  void Cort_StampaFile(std::string_view /*jobFile*/) override {}
-
- private:
-  Bridge& bridge_;
-};
-
-double microseconds(const std::function<void()>& work) {
-  const auto begun = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - begun).count();
-}
-
-double median(std::vector<double> times) {
-  std::ranges::nth_element(times, times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2));
-  return times[times.size() / 2];
-}
-
 double pass(Bridge& bridge, Devices& devices, const std::string& folder) {
-  const std::string text(jobSize, 'x');
-  for (int i = 0; i < jobs; ++i) std::ofstream(folder + "/Orbis/job" + std::to_string(1000 + i) + ".txt") << text;
+  dropJobs(folder + "/Orbis");
   return microseconds([&] {
     std::string drop = folder + "\\Orbis";
     std::string work = folder + "\\IN";

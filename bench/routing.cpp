@@ -10,54 +10,22 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <string>
 #include <variant>
 #include <vector>
 
-#include "core/devices.h"
 #include "core/polling.h"
-#include "platform/files.h"
 #include "platform/system.h"
+#include "receipts.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using namespace tellaxis;
+using namespace tellaxis::bench;
 
-constexpr int jobs = 100;
-constexpr std::size_t jobSize = 2048;
 constexpr int rounds = 200;
 constexpr int idleTicks = 2000;
-
-/// A fiscal driver that only takes a copy of the job.
-class CopyingDevices : public Devices {
- public:
-  explicit CopyingDevices(Bridge& bridge) : bridge_(bridge) {}
-  void LanciaFileDisplay() override {}
-  void MF_Invia(std::string_view jobFile) override { bridge_.host.files.copy(jobFile, bridge_.settings.MF_File); }
-  void LanciaFileRF() override {}
-  void Cort_StampaFile(std::string_view /*jobFile*/) override {}
-
- private:
-  Bridge& bridge_;
-};
-
-double microseconds(const std::function<void()>& work) {
-  const auto begun = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - begun).count();
-}
-
-double median(std::vector<double> times) {
-  std::ranges::nth_element(times, times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2));
-  return times[times.size() / 2];
-}
-
-void dropJobs(const fs::path& folder) {
-  const std::string text(jobSize, 'x');
-  for (int i = 0; i < jobs; ++i) std::ofstream(folder / ("job" + std::to_string(1000 + i) + ".txt")) << text;
-}
 
 void bareCopy(const std::string& from, const std::string& to) {
   std::array<char, 65'536> buffer;
