@@ -14,7 +14,7 @@ namespace {
 using namespace std::chrono_literals;
 
 /// For a copy that is just starting and does not listen yet.
-constexpr auto requestPatience = 5s;
+constexpr auto requestTimeout = 5s;
 
 }  // namespace
 
@@ -25,7 +25,7 @@ int endOtherCopy(const std::string& mainFolder) {
   while (platform::lockMainFolder(mainFolder) == nullptr) {
     asked = asked || platform::requestEnd(mainFolder);
     const auto passed = steady_clock::now() - begun;
-    if (passed > (asked ? std::chrono::seconds(endPatience) : requestPatience)) return statusNotEnded;
+    if (passed > (asked ? std::chrono::seconds(longestEnd) : requestTimeout)) return statusNotEnded;
     std::this_thread::sleep_for(50ms);
   }
   return asked ? 0 : statusNoCopy;

@@ -6,7 +6,7 @@
 namespace tellaxis {
 
 /// How long a job in hand may take to end, in seconds; fiscal jobs wait for their drivers.
-inline constexpr int endPatience = 120;
+inline constexpr int longestEnd = 120;
 
 /// Returns 0 when the copy has ended, `statusNoCopy` when there was none, `statusNotEnded` when it has not ended in
 /// time or may not be asked. `mainFolder` is native, in UTF-8.

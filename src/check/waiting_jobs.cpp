@@ -14,7 +14,7 @@ namespace tellaxis {
 namespace {
 
 /// A job under way may well keep the others waiting for so long.
-constexpr std::chrono::seconds patience{10};
+constexpr std::chrono::seconds longestWait{10};
 
 struct WaitingJobs {
   std::size_t count = 0;
@@ -50,14 +50,14 @@ void checkDropFolder(const CheckScene& scene, Findings& findings, const std::str
     const std::string waiting =
         jobs.count == 0 ? "nessun lavoro aspetta" : amount + ", il primo da " + durationText(jobs.oldest);
     findings.add(Code::gateClosed, "La chiave " + std::string(gateKey) + " \xE8 0: " + waiting + " in " + folder + ".");
-  } else if (jobs.count > 0 && jobs.oldest > patience) {
+  } else if (jobs.count > 0 && jobs.oldest > longestWait) {
     findings.add(Code::jobsWaiting, amount + " in " + folder + ", il primo da " + durationText(jobs.oldest) + ".");
   }
 }
 
 void checkJobFile(const CheckScene& scene, Findings& findings, const std::string& file) {
   const platform::PathLook look = scene.inspection.look(file);
-  if (look.isFile && look.age > patience)
+  if (look.isFile && look.age > longestWait)
     findings.add(Code::jobsWaiting, "Il file " + file + " aspetta da " + durationText(look.age) + ".");
 }
 

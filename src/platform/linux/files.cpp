@@ -30,11 +30,11 @@ using std::chrono::milliseconds;
 
 /// What is copied or moved is waited for where the system does not tell whether its writer has finished; what is looked
 /// at on every tick is not.
-constexpr milliseconds patienceWithSource{1000};
-constexpr milliseconds noPatience{0};
+constexpr milliseconds sourceTimeout{1000};
+constexpr milliseconds noTimeout{0};
 
 /// A file that was not read, a driver's answer as a rule, is about to be closed.
-constexpr milliseconds patienceWithRemoved{200};
+constexpr milliseconds removedTimeout{200};
 
 bool nothingThere() { return errno == ENOENT || errno == ENOTDIR; }
 
@@ -67,8 +67,8 @@ bool isFolder(const Descriptor& parent, const char* name) {
 }
 
 /// Waits a moment for whoever has the file open for writing.
-bool isReleased(const Descriptor& file, milliseconds patience) {
-  const auto deadline = std::chrono::steady_clock::now() + patience;
+bool isReleased(const Descriptor& file, milliseconds timeout) {
+  const auto deadline = std::chrono::steady_clock::now() + timeout;
   while (holdOf(file) == Hold::held) {
     if (std::chrono::steady_clock::now() >= deadline) return false;
     std::this_thread::sleep_for(milliseconds(5));
@@ -163,19 +163,19 @@ std::optional<std::vector<std::string>> LinuxFiles::listMovable(std::string_view
 }
 
 /// Opens the file at `path` for its content; `native` becomes the path that it was found at.
-Descriptor LinuxFiles::openFile(std::string_view path, std::string& native, milliseconds patience) {
+Descriptor LinuxFiles::openFile(std::string_view path, std::string& native, milliseconds timeout) {
   const auto spelled = paths_.spelled(path);
   if (!spelled) {
     errno = ENOENT;
     return {};
   }
   native = *spelled;
-  return onWhatExists(paths_, native, [&](const std::string& file) { return openFinished(settling_, file, patience); });
+  return onWhatExists(paths_, native, [&](const std::string& file) { return openFinished(settling_, file, timeout); });
 }
 
 /// The same, remembering for `remove` how it ended.
-Descriptor LinuxFiles::openForContent(std::string_view path, std::string& native, milliseconds patience) {
-  Descriptor file = openFile(path, native, patience);
+Descriptor LinuxFiles::openForContent(std::string_view path, std::string& native, milliseconds timeout) {
+  Descriptor file = openFile(path, native, timeout);
   if (!file && nothingThere()) return file;
   const int error = errno;
   readings_.note(path, file ? Readings::Outcome::given : Readings::Outcome::refused);
@@ -187,7 +187,7 @@ bool LinuxFiles::copy(std::string_view from, std::string_view to) {
   std::string source;
   const auto target = paths_.spelled(to);
   if (!target) return noteWith("copy", to, ENOENT);
-  const Descriptor opened = openForContent(from, source, patienceWithSource);
+  const Descriptor opened = openForContent(from, source, sourceTimeout);
   if (!opened) return noteWith("copy", from, errno);
   return note("copy", to, replaceContent(paths_, *target, {.orInPlace = true}, [&](const Descriptor& file) {
                 return copyAll(opened, file);
@@ -201,7 +201,7 @@ bool LinuxFiles::move(std::string_view from, std::string_view to) {
 
 bool LinuxFiles::moveFile(const std::string& path, std::string to) {
   std::string from;
-  const Descriptor opened = openFile(path, from, patienceWithSource);
+  const Descriptor opened = openFile(path, from, sourceTimeout);
   if (!opened) return false;
   Spelling target = paths_.otherSpelling(to);
   if (target.exists && target.path != from) return failWith(EEXIST);
@@ -232,7 +232,7 @@ bool LinuxFiles::removeFile(std::string native, Readings::Outcome reading) {
   const Descriptor file =
       onWhatExists(paths_, native, [](const std::string& path) { return openRegularFile(AT_FDCWD, path.c_str()); });
   if (!file && (nothingThere() || errno == ETXTBSY || errno == EMFILE || errno == ENFILE)) return false;
-  if (file && !isReleased(file, reading == Readings::Outcome::none ? patienceWithRemoved : noPatience))
+  if (file && !isReleased(file, reading == Readings::Outcome::none ? removedTimeout : noTimeout))
     return failWith(ETXTBSY);
   settling_.forget(native);
   return ::unlink(native.c_str()) == 0;
@@ -270,7 +270,7 @@ bool LinuxFiles::removeFolder(std::string_view path) {
 
 std::unique_ptr<InputFile> LinuxFiles::openInput(std::string_view path) {
   std::string native;
-  Descriptor opened = openForContent(path, native, noPatience);
+  Descriptor opened = openForContent(path, native, noTimeout);
   if (!opened) {
     noteWith("openInput", path, errno);
     return nullptr;

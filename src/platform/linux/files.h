@@ -41,8 +41,8 @@ class LinuxFiles : public Files {
 
  private:
   std::optional<std::string> fileAt(std::string_view path) const;
-  Descriptor openFile(std::string_view path, std::string& native, std::chrono::milliseconds patience);
-  Descriptor openForContent(std::string_view path, std::string& native, std::chrono::milliseconds patience);
+  Descriptor openFile(std::string_view path, std::string& native, std::chrono::milliseconds timeout);
+  Descriptor openForContent(std::string_view path, std::string& native, std::chrono::milliseconds timeout);
   bool moveFile(const std::string& path, std::string to);
   bool removeFile(std::string native, Readings::Outcome reading);
   bool noteWith(std::string_view operation, std::string_view subject, int error);

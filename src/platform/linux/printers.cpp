@@ -52,7 +52,7 @@ struct BackEndMaker {
     return openCupsPrinter(server, target.queue, printer.DeviceName, readBitmap, trace);
   }
   BackEnd operator()(const EscPosDeviceTarget& target) const {
-    return escPos(openDeviceChannel(underMainFolder(target.device, mainFolder), trace, printerPatience, target.line));
+    return escPos(openDeviceChannel(underMainFolder(target.device, mainFolder), trace, printerTimeout, target.line));
   }
   BackEnd operator()(const EscPosNetworkTarget& target) const {
     return escPos(openNetworkChannel(target.host, target.port, trace));

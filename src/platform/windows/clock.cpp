@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include "platform/windows/kernel/patient_wait.h"
+#include "platform/windows/kernel/message_wait.h"
 
 namespace tellaxis::platform {
 
@@ -25,7 +25,7 @@ DateTime WindowsClock::now() {
 }
 
 void WindowsClock::sleep(std::chrono::milliseconds duration) {
-  if (duration.count() > 0) waitPatiently(nullptr, static_cast<DWORD>(duration.count()));
+  if (duration.count() > 0) waitForMessages(nullptr, static_cast<DWORD>(duration.count()));
 }
 
 }  // namespace tellaxis::platform

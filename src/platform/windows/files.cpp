@@ -61,7 +61,7 @@ std::optional<std::wstring> copyAside(const std::wstring& source, const std::wst
   // Not tried again here: the folder above may simply not be ours to write in.
   if (auto above = temporaryAbove(target); above && copyToNew(source, *above)) return above;
   auto beside = temporaryBeside(target);
-  if (Patience().tryAgain([&] { return copyToNew(source, beside); })) return beside;
+  if (Retries().tryAgain([&] { return copyToNew(source, beside); })) return beside;
   return std::nullopt;
 }
 
@@ -69,7 +69,7 @@ std::optional<std::wstring> copyAside(const std::wstring& source, const std::wst
 UniqueHandle openForContent(Readings& readings, std::string_view path) {
   const std::wstring name = wide(path);
   UniqueHandle file;
-  Patience().tryAgain([&] { return (file = openWithoutWriters(name)) != nullptr; });
+  Retries().tryAgain([&] { return (file = openWithoutWriters(name)) != nullptr; });
   const DWORD reason = GetLastError();
   if (file)
     readings.note(path, Readings::Outcome::given);
@@ -183,7 +183,7 @@ bool WindowsFiles::copy(std::string_view from, std::string_view to) {
 bool WindowsFiles::move(std::string_view from, std::string_view to) {
   const std::wstring source = wide(from);
   const std::wstring target = wide(to);
-  const bool moved = Patience().tryAgain([&] {
+  const bool moved = Retries().tryAgain([&] {
     // Held open until the file has its new name, it keeps new writers out.
     const UniqueHandle guard = openWithoutWriters(source);
     return guard && MoveFileExW(source.c_str(), target.c_str(), MOVEFILE_COPY_ALLOWED);
@@ -199,7 +199,7 @@ bool WindowsFiles::remove(std::string_view path) {
     return (openWithoutWriters(name) || GetLastError() != ERROR_SHARING_VIOLATION) && removeFile(name);
   };
   // A folder is refused in the same words as a file that somebody holds.
-  const bool removed = folderExists(path) ? removeFile(name) : Patience().tryAgain(step);
+  const bool removed = folderExists(path) ? removeFile(name) : Retries().tryAgain(step);
   return removed || failed(trace_, "remove", path);
 }
 
@@ -216,9 +216,9 @@ bool WindowsFiles::removeAll(std::string_view folder) {
   const auto names = filesOf(wideFolder);
   if (!names) return failed(trace_, "removeAll", folder);
   bool allGone = true;
-  Patience patience;
+  Retries timeout;
   for (const std::wstring& name : *names) {
-    if (patience.tryAgain([&] { return removeFile(wideFolder + L'\\' + name); })) continue;
+    if (timeout.tryAgain([&] { return removeFile(wideFolder + L'\\' + name); })) continue;
     allGone = failed(trace_, "removeAll", std::string(folder) + "\\" + narrowForReading(name));
   }
   return allGone;

@@ -35,7 +35,7 @@ constexpr FtpLimits limits;
 
 /// Between two looks at a transfer, and how long one that was given up is waited for.
 constexpr std::chrono::milliseconds lookPause{100};
-constexpr std::chrono::seconds farewell{1};
+constexpr std::chrono::seconds abandonedWait{1};
 
 constexpr std::string_view givenUp = "il trasferimento \xE8 fermo, troppo lento o interrotto";
 
@@ -116,7 +116,7 @@ class Operation {
     while (!changed_.wait_for(lock, lookPause, over)) {
       if (!unwanted() && (loggedIn_ || std::chrono::steady_clock::now() < loginEnd)) continue;
       closeHandles();
-      changed_.wait_for(lock, farewell, over);
+      changed_.wait_for(lock, abandonedWait, over);
       return std::string(givenUp);
     }
     closeHandles();

@@ -5,8 +5,8 @@
 #include <optional>
 
 #include "platform/processes/command_line.h"
+#include "platform/windows/kernel/message_wait.h"
 #include "platform/windows/kernel/native.h"
-#include "platform/windows/kernel/patient_wait.h"
 #include "platform/windows/processes/program_file.h"
 
 namespace tellaxis::platform {
@@ -83,7 +83,7 @@ ProcessHandle WindowsProcesses::open(ProcessId process) {
 }
 
 bool WindowsProcesses::wait(ProcessHandle handle) {
-  return (handle != 0 && waitPatiently(native(handle), INFINITE)) ||
+  return (handle != 0 && waitForMessages(native(handle), INFINITE)) ||
          failed(trace_, "WaitForSingleObject", std::to_string(handle));
 }
 

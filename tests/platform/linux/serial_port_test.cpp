@@ -223,7 +223,7 @@ TEST_F(LinuxSerialPortTest, GivesUpSoonerOnTheNextWritesOfAStalledDevice) {
   EXPECT_LE(steady_clock::now() - start, 500ms);
 }
 
-TEST_F(LinuxSerialPortTest, IsAsPatientAsEverOnceTheDeviceTookBytesAgain) {
+TEST_F(LinuxSerialPortTest, WaitsAsLongAsEverOnceTheDeviceTookBytesAgain) {
   const PseudoTerminal terminal;
   terminal.linkAs(link);
   ASSERT_TRUE(open());

@@ -37,8 +37,8 @@ int whyUnfinished(Settling& settling, const Descriptor& file, const std::string&
   return settling.isSettled(path, status) ? 0 : EINPROGRESS;
 }
 
-Descriptor openFinished(Settling& settling, const std::string& path, std::chrono::milliseconds patience) {
-  const auto deadline = std::chrono::steady_clock::now() + patience;
+Descriptor openFinished(Settling& settling, const std::string& path, std::chrono::milliseconds timeout) {
+  const auto deadline = std::chrono::steady_clock::now() + timeout;
   for (;;) {
     // Opened anew for every look: over a network only that asks the other computer.
     Descriptor file = openRegularFile(AT_FDCWD, path.c_str());

@@ -22,8 +22,8 @@ Descriptor openRegularFile(int folder, const char* name, LastLink link = LastLin
 /// known by.
 int whyUnfinished(Settling& settling, const Descriptor& file, const std::string& path);
 
-/// Opens a regular file whose writer has finished. Where the system does not tell, waits up to `patience` for it to
+/// Opens a regular file whose writer has finished. Where the system does not tell, waits up to `timeout` for it to
 /// settle. Where somebody has the file open for writing: no descriptor, and ETXTBSY, at once.
-Descriptor openFinished(Settling& settling, const std::string& path, std::chrono::milliseconds patience);
+Descriptor openFinished(Settling& settling, const std::string& path, std::chrono::milliseconds timeout);
 
 }  // namespace tellaxis::platform

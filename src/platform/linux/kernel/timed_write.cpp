@@ -22,13 +22,13 @@ bool waitUntil(const Descriptor& descriptor, short events, steady_clock::time_po
   }
 }
 
-bool writeAll(const Descriptor& descriptor, std::string_view bytes, milliseconds patience) {
+bool writeAll(const Descriptor& descriptor, std::string_view bytes, milliseconds timeout) {
   while (!bytes.empty()) {
     const ssize_t written = ::write(descriptor.number(), bytes.data(), bytes.size());
     const bool mayWait = written >= 0 || errno == EAGAIN || errno == EINTR;
     if (written > 0)
       bytes.remove_prefix(static_cast<std::size_t>(written));
-    else if (!mayWait || !waitUntil(descriptor, POLLOUT, steady_clock::now() + patience))
+    else if (!mayWait || !waitUntil(descriptor, POLLOUT, steady_clock::now() + timeout))
       return false;
   }
   return true;

@@ -15,6 +15,6 @@ bool waitUntil(const Descriptor& descriptor, short events, std::chrono::steady_c
 
 /// Writes everything. Whoever reads from a device or pipe that does not block may take nothing for so long.
 bool writeAll(const Descriptor& descriptor, std::string_view bytes,
-              std::chrono::milliseconds patience = std::chrono::seconds(2));
+              std::chrono::milliseconds timeout = std::chrono::seconds(2));
 
 }  // namespace tellaxis::platform

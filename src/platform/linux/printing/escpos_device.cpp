@@ -45,12 +45,12 @@ using Reason = std::optional<std::string>;
 std::string lastReason() { return errno == EAGAIN ? silentPrinter : reasonOf(errno); }
 
 /// Waits until what the system still holds (as `request` tells) has gone to the printer.
-Reason drain(const Descriptor& device, unsigned long request, milliseconds patience) {
+Reason drain(const Descriptor& device, unsigned long request, milliseconds timeout) {
   int held = 0;
   int before = -1;
-  auto deadline = steady_clock::now() + patience;
+  auto deadline = steady_clock::now() + timeout;
   while (ioctl(device.number(), request, &held) == 0 && held > 0) {
-    if (held != before) deadline = steady_clock::now() + patience;
+    if (held != before) deadline = steady_clock::now() + timeout;
     if (steady_clock::now() >= deadline) return silentPrinter;
     before = held;
     std::this_thread::sleep_for(drainPoll);
@@ -58,10 +58,10 @@ Reason drain(const Descriptor& device, unsigned long request, milliseconds patie
   return std::nullopt;
 }
 
-Reason sendDocument(const Descriptor& device, Spool& document, milliseconds patience) {
+Reason sendDocument(const Descriptor& device, Spool& document, milliseconds timeout) {
   std::vector<char> block(std::size_t{64} * 1024);
   while (const std::size_t got = document.read(block))
-    if (!writeAll(device, {block.data(), got}, patience)) return lastReason();
+    if (!writeAll(device, {block.data(), got}, timeout)) return lastReason();
   if (document.failed()) return "il documento non si pu\xF2 rileggere";
   return std::nullopt;
 }
@@ -86,8 +86,8 @@ PrinterState askThrough(const Descriptor& device, steady_clock::time_point deadl
 
 class Channel : public ByteChannel {
  public:
-  Channel(std::string subject, Trace& trace, milliseconds patience)
-      : subject_(std::move(subject)), trace_(trace), patience_(patience) {}
+  Channel(std::string subject, Trace& trace, milliseconds timeout)
+      : subject_(std::move(subject)), trace_(trace), timeout_(timeout) {}
 
   bool send(Spool& document) override {
     const auto reason = sendTo(document);
@@ -100,12 +100,12 @@ class Channel : public ByteChannel {
  protected:
   virtual Reason sendTo(Spool& document) = 0;
   virtual PrinterState ask(steady_clock::time_point deadline) = 0;
-  milliseconds patience() const { return patience_; }
+  milliseconds timeout() const { return timeout_; }
 
  private:
   std::string subject_;
   Trace& trace_;
-  milliseconds patience_;
+  milliseconds timeout_;
 };
 
 /// A serial line must pass every byte as it is.
@@ -118,8 +118,8 @@ void makeRaw(int descriptor) {
 
 class DeviceChannel final : public Channel {
  public:
-  DeviceChannel(std::string path, const std::optional<LineSettings>& line, Trace& trace, milliseconds patience)
-      : Channel(nearestCodePage(path), trace, patience), path_(std::move(path)), line_(line) {}
+  DeviceChannel(std::string path, const std::optional<LineSettings>& line, Trace& trace, milliseconds timeout)
+      : Channel(nearestCodePage(path), trace, timeout), path_(std::move(path)), line_(line) {}
 
  protected:
   Reason sendTo(Spool& document) override {
@@ -128,11 +128,11 @@ class DeviceChannel final : public Channel {
     const bool isLine = isatty(device.number()) != 0;
     if (line_ && !applyLineSettings(device.number(), *line_)) return reasonOf(errno);
     if (isLine && !line_) makeRaw(device.number());
-    if (Reason reason = sendDocument(device, document, patience())) {
+    if (Reason reason = sendDocument(device, document, timeout())) {
       if (isLine) tcflush(device.number(), TCOFLUSH);
       return reason;
     }
-    return isLine ? drain(device, TIOCOUTQ, patience()) : std::nullopt;
+    return isLine ? drain(device, TIOCOUTQ, timeout()) : std::nullopt;
   }
 
   /// A plain file takes everything and is asked nothing; a pipe would hand us our own question.
@@ -181,16 +181,16 @@ Reason awaitEnd(const Descriptor& connection) {
 
 class NetworkChannel final : public Channel {
  public:
-  NetworkChannel(const std::string& host, std::uint16_t port, Trace& trace, milliseconds patience)
-      : Channel(nearestCodePage(host) + ":" + std::to_string(port), trace, patience), host_(host), port_(port) {}
+  NetworkChannel(const std::string& host, std::uint16_t port, Trace& trace, milliseconds timeout)
+      : Channel(nearestCodePage(host) + ":" + std::to_string(port), trace, timeout), host_(host), port_(port) {}
 
  protected:
   Reason sendTo(Spool& document) override {
     std::string reason;
     const Descriptor connection = connectAny(steady_clock::now() + connectLimit, reason);
     if (!connection) return reason;
-    if (Reason failure = sendDocument(connection, document, patience())) return failure;
-    if (Reason failure = drain(connection, SIOCOUTQ, patience())) return failure;
+    if (Reason failure = sendDocument(connection, document, timeout())) return failure;
+    if (Reason failure = drain(connection, SIOCOUTQ, timeout())) return failure;
     if (const int error = errorOf(connection)) return reasonOf(error);
     return awaitEnd(connection);
   }
@@ -243,14 +243,14 @@ class NetworkChannel final : public Channel {
 
 }  // namespace
 
-std::unique_ptr<ByteChannel> openDeviceChannel(std::string path, Trace& trace, milliseconds patience,
+std::unique_ptr<ByteChannel> openDeviceChannel(std::string path, Trace& trace, milliseconds timeout,
                                                const std::optional<LineSettings>& line) {
-  return std::make_unique<DeviceChannel>(std::move(path), line, trace, patience);
+  return std::make_unique<DeviceChannel>(std::move(path), line, trace, timeout);
 }
 
 std::unique_ptr<ByteChannel> openNetworkChannel(const std::string& host, std::uint16_t port, Trace& trace,
-                                                milliseconds patience) {
-  return std::make_unique<NetworkChannel>(host, port, trace, patience);
+                                                milliseconds timeout) {
+  return std::make_unique<NetworkChannel>(host, port, trace, timeout);
 }
 
 }  // namespace tellaxis::platform

@@ -4,8 +4,8 @@
 #include <array>
 #include <atomic>
 
+#include "platform/windows/kernel/message_wait.h"
 #include "platform/windows/kernel/native.h"
-#include "platform/windows/kernel/patient_wait.h"
 
 namespace tellaxis::platform {
 
@@ -135,7 +135,7 @@ std::optional<std::wstring> temporaryAbove(const std::wstring& target) {
   return temporaryBeside(target.substr(0, end));
 }
 
-bool Patience::tryAgain(const std::function<bool()>& step) {
+bool Retries::tryAgain(const std::function<bool()>& step) {
   while (!step()) {
     const DWORD reason = GetLastError();
     const bool inTheWay =
@@ -145,7 +145,7 @@ bool Patience::tryAgain(const std::function<bool()>& step) {
       SetLastError(reason);
       return false;
     }
-    waitPatiently(nullptr, betweenAttempts);
+    waitForMessages(nullptr, betweenAttempts);
   }
   return true;
 }
@@ -169,7 +169,7 @@ bool removeFile(const std::wstring& path) {
 }
 
 bool replaceFile(const std::wstring& temporary, const std::wstring& target) {
-  if (Patience().tryAgain([&] {
+  if (Retries().tryAgain([&] {
         return MoveFileExW(temporary.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
       }))
     return true;

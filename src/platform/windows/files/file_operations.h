@@ -30,7 +30,7 @@ std::optional<std::wstring> temporaryAbove(const std::wstring& target);
 
 /// How long a step is tried again that somebody stands in the way of: a virus scanner or an indexer holds new files for
 /// moments. One object may serve several steps.
-class Patience {
+class Retries {
  public:
   /// Carries out `step` until it succeeds, fails for another reason, or the time is over.
   bool tryAgain(const std::function<bool()>& step);

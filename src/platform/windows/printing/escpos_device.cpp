@@ -20,7 +20,7 @@ namespace tellaxis::platform {
 
 namespace {
 
-constexpr DWORD patience = 10'000;  // milliseconds
+constexpr DWORD timeout = 10'000;  // milliseconds
 constexpr DWORD connectLimit = 2'000;
 constexpr DWORD endLimit = 1'000;
 constexpr auto answerLimit = static_cast<DWORD>(statusAnswerLimit.count());
@@ -86,7 +86,7 @@ class DeviceChannel final : public Channel {
     if (!device) return systemReason(GetLastError());
     if (line_ && !applyLineSettings(device.get(), *line_)) return systemReason(GetLastError());
     COMMTIMEOUTS timeouts = {};
-    timeouts.WriteTotalTimeoutConstant = patience;
+    timeouts.WriteTotalTimeoutConstant = timeout;
     if (isPort_) SetCommTimeouts(device.get(), &timeouts);
     return sendBlocks(document, [&](std::string_view bytes) -> Reason {
       while (!bytes.empty()) {
@@ -174,7 +174,6 @@ class Socket {
     if (Reason reason = waitUntilConnected(limit)) return reason;
     waits = 0;
     ioctlsocket(socket_, FIONBIO, &waits);
-    const DWORD timeout = patience;
     setsockopt(socket_, SOL_SOCKET, SO_SNDTIMEO, reinterpret_cast<const char*>(&timeout), sizeof timeout);
     return std::nullopt;
   }
@@ -198,7 +197,7 @@ class Socket {
   /// Waits until the other side has all bytes. A printer that breaks the connection off has not printed, whatever its
   /// system took; one that keeps it open is waited for no longer than `endLimit`. What it says is not looked at.
   Reason finish() {
-    const linger lingering = {1, patience / 1000};
+    const linger lingering = {1, timeout / 1000};
     setsockopt(socket_, SOL_SOCKET, SO_LINGER, reinterpret_cast<const char*>(&lingering), sizeof lingering);
     if (shutdown(socket_, SD_SEND) != 0) return socketReason();
     const DWORD begun = GetTickCount();

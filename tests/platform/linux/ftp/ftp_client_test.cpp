@@ -31,7 +31,7 @@ struct RecordedTrace : Trace {
   }
 };
 
-/// A folder for local files, and a client whose patience is two seconds.
+/// A folder for local files, and a client whose timeout is two seconds.
 class FtpClientTest : public testing::Test {
  protected:
   FtpClientTest() {

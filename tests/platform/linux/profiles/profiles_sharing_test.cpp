@@ -84,7 +84,7 @@ class SharedProfile : public IniFolder {
     over.give();
     EXPECT_TRUE(other.finish());
   }
-  LinuxProfiles patient_{asGiven, trace_};
+  LinuxProfiles profiles_{asGiven, trace_};
 };
 
 TEST_F(SharedProfile, KeepsTheKeysThatAnotherOwnerIsStillWriting) {
@@ -104,8 +104,8 @@ TEST_F(SharedProfile, KeepsTheKeysThatAnotherOwnerIsStillWriting) {
   });
   truncated.await();
   ASSERT_EQ(::seteuid(65534), 0);
-  const std::string read = patient_.read("A", "k31", "DEF", 255, file_);
-  const bool written = patient_.write("A", "new", "w", file_);
+  const std::string read = profiles_.read("A", "k31", "DEF", 255, file_);
+  const bool written = profiles_.write("A", "new", "w", file_);
   ASSERT_EQ(::seteuid(0), 0);
   EXPECT_TRUE(pointOfSale.finish());
   EXPECT_EQ(read, "v");
@@ -148,7 +148,7 @@ TEST_F(SharedProfile, WaitsForALockThatIsGivenBackInTime) {
     std::this_thread::sleep_for(150ms);
   });
   held.await();
-  EXPECT_TRUE(patient_.write("A", "k", "w", file_));
+  EXPECT_TRUE(profiles_.write("A", "k", "w", file_));
   EXPECT_EQ(content(), "[A]\r\nk=w\r\n");
 }
 
@@ -178,7 +178,7 @@ TEST_F(SharedProfile, AddsItsKeyOnceTheOtherWriterIsDone) {
     if (!whole) _exit(1);
   });
   half.await();
-  EXPECT_TRUE(patient_.write("A", "n", "w", file_));
+  EXPECT_TRUE(profiles_.write("A", "n", "w", file_));
   EXPECT_EQ(content(), "[A]\r\nk=2\r\nz=3\r\nn=w\r\n");
   EXPECT_TRUE(other.finish());
 }
@@ -235,7 +235,7 @@ TEST_F(SharedProfile, NeverBringsBackAFileThatAnotherReplaced) {
   });
   int stored = 0;
   bool everyOne = true;
-  for (; turns < 500; ++stored) everyOne = patient_.write("A", "n", std::to_string(stored), file_) && everyOne;
+  for (; turns < 500; ++stored) everyOne = profiles_.write("A", "n", std::to_string(stored), file_) && everyOne;
   outsider.join();
   EXPECT_TRUE(everyOne);
   EXPECT_GT(stored, 10);
@@ -281,8 +281,8 @@ TEST_F(SharedProfile, GivesWayToAWriterThatWorksInPlace) {
   int last = 0;
   while (turns < 300 && Clock::now() < end) {
     const std::string number = std::to_string(++last);
-    ASSERT_TRUE(patient_.write("A", "n", number, file_)) << number;
-    ASSERT_EQ(patient_.read("A", "n", "DEF", 255, file_), number);
+    ASSERT_TRUE(profiles_.write("A", "n", number, file_)) << number;
+    ASSERT_EQ(profiles_.read("A", "n", "DEF", 255, file_), number);
   }
   over = true;
   outsider.join();

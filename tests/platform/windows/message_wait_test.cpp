@@ -1,5 +1,5 @@
 // Tests of waiting that answers what is sent to the thread's windows and nothing else.
-#include "platform/windows/kernel/patient_wait.h"
+#include "platform/windows/kernel/message_wait.h"
 
 #include <gmock/gmock.h>
 
@@ -23,7 +23,7 @@ LRESULT CALLBACK answer(HWND window, UINT message, WPARAM first, LPARAM second) 
   return DefWindowProcW(window, message, first, second);
 }
 
-TEST(WindowsPatientWait, AnswersWhatIsSentAndLetsNoTimerAndNoInputIn) {
+TEST(WindowsMessageWait, AnswersWhatIsSentAndLetsNoTimerAndNoInputIn) {
   WNDCLASSW description = {};
   description.lpfnWndProc = answer;
   description.lpszClassName = L"Tellaxis wait test";
@@ -46,14 +46,14 @@ TEST(WindowsPatientWait, AnswersWhatIsSentAndLetsNoTimerAndNoInputIn) {
   DestroyWindow(window);
 }
 
-TEST(WindowsPatientWait, EndsWithItsHandleOrItsTime) {
+TEST(WindowsMessageWait, EndsWithItsHandleOrItsTime) {
   const UniqueHandle event(CreateEventW(nullptr, TRUE, FALSE, nullptr));
   const DWORD begun = GetTickCount();
-  EXPECT_FALSE(waitPatiently(event.get(), 60));
-  EXPECT_FALSE(waitPatiently(nullptr, 60));
+  EXPECT_FALSE(waitForMessages(event.get(), 60));
+  EXPECT_FALSE(waitForMessages(nullptr, 60));
   EXPECT_GE(GetTickCount() - begun, 90U);
   SetEvent(event.get());
-  EXPECT_TRUE(waitPatiently(event.get(), INFINITE));
+  EXPECT_TRUE(waitForMessages(event.get(), INFINITE));
 }
 
 }  // namespace

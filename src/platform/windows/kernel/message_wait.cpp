@@ -1,5 +1,5 @@
-// Patient wait: sleeping between the messages that are sent.
-#include "platform/windows/kernel/patient_wait.h"
+// Message wait: sleeping between the messages that are sent.
+#include "platform/windows/kernel/message_wait.h"
 
 namespace tellaxis::platform {
 
@@ -13,7 +13,7 @@ DWORD remaining(DWORD begun, DWORD milliseconds) {
 
 }  // namespace
 
-bool waitPatiently(HANDLE handle, DWORD milliseconds) {
+bool waitForMessages(HANDLE handle, DWORD milliseconds) {
   const DWORD begun = GetTickCount();
   const DWORD count = handle == nullptr ? 0 : 1;
   for (;;) {

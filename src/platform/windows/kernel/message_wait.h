@@ -1,4 +1,4 @@
-// Patient wait: waiting in a way that the system does not take for a program that hangs.
+// Message wait: waiting in a way that the system does not take for a program that hangs.
 #pragma once
 
 #include <windows.h>
@@ -8,6 +8,6 @@ namespace tellaxis::platform {
 /// Waits for `handle` (null: for nothing) up to `milliseconds` and returns true when it was signalled. What other
 /// programs and the system send to this thread's windows meanwhile is answered, or they would count as "(Non
 /// risponde)"; input, timers and painting wait.
-bool waitPatiently(HANDLE handle, DWORD milliseconds);
+bool waitForMessages(HANDLE handle, DWORD milliseconds);
 
 }  // namespace tellaxis::platform
