@@ -215,11 +215,12 @@ bool WindowsFiles::removeAll(std::string_view folder) {
   const std::wstring wideFolder = wide(folder);
   const auto names = filesOf(wideFolder);
   if (!names) return failed(trace_, "removeAll", folder);
+  const std::wstring before = wideFolder + L'\\';
   bool allGone = true;
-  Retries timeout;
+  Retries retries;
   for (const std::wstring& name : *names) {
-    if (timeout.tryAgain([&] { return removeFile(wideFolder + L'\\' + name); })) continue;
-    allGone = failed(trace_, "removeAll", std::string(folder) + "\\" + narrowForReading(name));
+    if (retries.tryAgain([&] { return removeFile(before + name); })) continue;
+    allGone = failed(trace_, "removeAll", std::string(folder).append("\\").append(narrowForReading(name)));
   }
   return allGone;
 }

@@ -71,6 +71,22 @@ bool heldBySomebody(const std::wstring& path) {
   return !alone && GetLastError() == ERROR_SHARING_VIOLATION;
 }
 
+/// "X:\" or "\\computer\share\"; empty for a path without either.
+std::wstring rootOf(const std::wstring& path) {
+  if (path.size() >= 2 && path[1] == L':') return path.substr(0, 2) + L'\\';
+  const std::size_t share = path.starts_with(L"\\\\") ? path.find(L'\\', 2) : std::wstring::npos;
+  return share == std::wstring::npos ? std::wstring() : path.substr(0, path.find(L'\\', share + 1)) + L'\\';
+}
+
+/// A drive that is to be connected to another computer at each log-on, whether it is now or not.
+bool isConnection(const std::wstring& drive) {
+  HKEY key = nullptr;
+  const std::wstring connection = L"Network\\" + drive.substr(0, 1);
+  if (RegOpenKeyExW(HKEY_CURRENT_USER, connection.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
+  RegCloseKey(key);
+  return true;
+}
+
 }  // namespace
 
 std::optional<std::wstring> findFile(const std::wstring& path) {
@@ -97,24 +113,12 @@ std::optional<std::vector<std::wstring>> filesOf(const std::wstring& folder) {
 }
 
 bool doesNotAnswer(const std::wstring& path) {
-  std::wstring root = path.substr(0, 2) + L'\\';
-  if (path.starts_with(L"\\\\")) {
-    const std::size_t share = path.find(L'\\', 2);
-    if (share == std::wstring::npos) return false;
-    root = path.substr(0, path.find(L'\\', share + 1)) + L'\\';
-  } else if (path.size() < 2 || path[1] != L':') {
-    return false;
-  } else if (const UINT type = GetDriveTypeW(root.c_str()); type == DRIVE_NO_ROOT_DIR) {
-    // A connection that is to be made anew at each log-on, and is not yet.
-    HKEY key = nullptr;
-    const std::wstring connection = L"Network\\" + path.substr(0, 1);
-    if (RegOpenKeyExW(HKEY_CURRENT_USER, connection.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
-    RegCloseKey(key);
-    return true;
-  } else if (type != DRIVE_REMOTE) {
-    return false;
-  }
-  return GetFileAttributesW(root.c_str()) == INVALID_FILE_ATTRIBUTES;
+  const std::wstring root = rootOf(path);
+  if (root.empty()) return false;
+  const bool isShare = root.front() == L'\\';
+  const UINT type = isShare ? DRIVE_REMOTE : GetDriveTypeW(root.c_str());
+  if (type == DRIVE_NO_ROOT_DIR) return isConnection(root);
+  return type == DRIVE_REMOTE && GetFileAttributesW(root.c_str()) == INVALID_FILE_ATTRIBUTES;
 }
 
 std::wstring temporaryBeside(const std::wstring& target) {

@@ -298,12 +298,12 @@ bool isPortName(const std::string& path) {
   return known && name.find_first_not_of(L"0123456789", 3) == std::wstring::npos;
 }
 
-std::unique_ptr<ByteChannel> openDeviceChannel(std::string path, Trace& trace,
+std::unique_ptr<ByteChannel> openDeviceChannel(const std::string& path, Trace& trace,
                                                const std::optional<LineSettings>& line) {
   return std::make_unique<DeviceChannel>(path, line, trace);
 }
 
-std::unique_ptr<ByteChannel> openNetworkChannel(std::string host, std::uint16_t port, Trace& trace) {
+std::unique_ptr<ByteChannel> openNetworkChannel(const std::string& host, std::uint16_t port, Trace& trace) {
   return std::make_unique<NetworkChannel>(host, port, trace);
 }
 

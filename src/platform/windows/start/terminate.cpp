@@ -20,8 +20,10 @@ constexpr UINT statusAborted = 3;
 namespace __cxxabiv1 {
 
 // The name by which the compiler's library lets a program choose.
+// NOLINTBEGIN(bugprone-reserved-identifier)
 extern std::terminate_handler __terminate_handler;
 std::terminate_handler __terminate_handler = endAtOnce;
+// NOLINTEND(bugprone-reserved-identifier)
 
 }  // namespace __cxxabiv1
 
