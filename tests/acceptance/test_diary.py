@@ -31,6 +31,9 @@ class DiaryScenario(Scenario):
         self.assertEqual(status, 0, output)
         return [json.loads(line) for line in output]
 
+    def has_a_line(self):
+        return any(file.stat().st_size for file in self.diary.glob("*.jsonl"))
+
     def under_way(self, device):
         """Whether the diary has noted that a job of the device has begun, and no line says that it ended."""
         note = self.diary / "ultimo.json"
@@ -61,7 +64,7 @@ class Diary(DiaryScenario):
         before = datetime.date.today()
         self.desk.start()
         self.desk.drop("uno.txt", "Totale 3 €\r\n")
-        wait_for(lambda: self.diary.exists() and any(self.diary.glob("*.jsonl")), "a line")
+        wait_for(self.has_a_line, "a line")
         (entry,) = self.entries()
         self.assertEqual((entry["device"], entry["job"], entry["outcome"]), ("fiscal", "uno.txt", "delivered"))
         self.assertEqual(entry["bytes"], len("Totale 3 €\r\n"))
@@ -73,7 +76,7 @@ class Diary(DiaryScenario):
         self.desk.settings(MF_Prot="Nessuno")
         self.desk.start()
         self.desk.drop("uno.txt")
-        wait_for(lambda: self.diary.exists() and any(self.diary.glob("*.jsonl")), "a line")
+        wait_for(self.has_a_line, "a line")
         status, output = self.run_once("diario", "--problemi")
         self.assertEqual(status, 0)
         self.assertEqual(len(output), 1)
@@ -97,7 +100,7 @@ class Diary(DiaryScenario):
     def test_a_receipt_that_came_out_is_not_printed_again_without_being_asked_twice(self):
         self.desk.start()
         self.desk.drop("uno.txt")
-        wait_for(lambda: self.diary.exists() and any(self.diary.glob("*.jsonl")), "a line")
+        wait_for(self.has_a_line, "a line")
         self.desk.c("MF\\in.txt").unlink()
         (entry,) = self.entries()
         self.assertEqual(self.run_once("ristampa", entry["id"], "--fiscale")[0], 1)
@@ -107,7 +110,7 @@ class Diary(DiaryScenario):
     def test_nothing_is_put_into_a_drop_folder_that_nobody_serves(self):
         program = self.desk.start()
         self.desk.drop("uno.txt")
-        wait_for(lambda: self.diary.exists() and any(self.diary.glob("*.jsonl")), "a line")
+        wait_for(self.has_a_line, "a line")
         program.stop()
         (entry,) = self.entries()
         status, output = self.run_once("ristampa", entry["id"], "--fiscale", "--anche-se-emesso")
@@ -212,7 +215,7 @@ class Killed(DiaryScenario):
     def test_a_killed_bridge_between_two_jobs_leaves_no_doubt(self):
         program = self.desk.start()
         self.desk.drop("uno.txt")
-        wait_for(lambda: self.diary.exists() and any(self.diary.glob("*.jsonl")), "a line")
+        wait_for(self.has_a_line, "a line")
         wait_for(lambda: not self.desk.jobs("IN"), "the job deleted")
         program.kill()
         self.desk.settings(MF_Active=0)
