@@ -291,7 +291,8 @@ TEST_F(SharedProfile, GivesWayToAWriterThatWorksInPlace) {
   // A writer that has looked the name up but not yet opened the file is seen by nobody: once in many thousand turns it
   // opens the file that was just replaced.
   EXPECT_LE(lostTurns, 3);
-  // On a busy computer a writer may be kept from going on, between emptying and writing, for longer than a reader waits.
+  // On a busy computer a writer may be kept from going on, between emptying and writing, for longer than a reader
+  // waits.
   EXPECT_LE(unread, 1);
   EXPECT_GT(last, 10);
   EXPECT_EQ(content(), "[A]\r\nturn=" + std::to_string(turns) + "\r\nn=" + std::to_string(last) + "\r\n");
