@@ -148,8 +148,8 @@ std::optional<std::vector<std::string>> WindowsFiles::list(std::string_view fold
 
 std::optional<std::vector<std::string>> WindowsFiles::listMovable(std::string_view folder, std::string_view target) {
   auto found = filesOf(wide(folder));
-  if (!found) {
-    failed(trace_, "list", folder);
+  if (!found || !folderExists(target)) {
+    failed(trace_, "list", found ? target : folder);
     return std::nullopt;
   }
   sortWithoutRegardToCase(*found);
