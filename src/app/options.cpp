@@ -122,8 +122,12 @@ std::optional<std::string> readOptions(std::span<const std::string> given, Argum
       words.emplace_back(optarg);
       continue;
     }
-    if (kind == ':') return "argomento senza valore: " + std::string(pointers[optind - 1]);
-    if (kind == '?') return "argomento sconosciuto: " + std::string(pointers[optind - 1]);
+    if (kind == ':' || kind == '?') {
+      // Some systems call the value that a switch cannot take a missing one.
+      const std::string word = pointers[optind - 1];
+      const bool lacksValue = kind == ':' && word.find('=') == std::string::npos;
+      return (lacksValue ? "argomento senza valore: " : "argomento sconosciuto: ") + word;
+    }
     const Option& option =
         kind == 'h' ? *std::ranges::find(options, std::string_view("help"), &Option::name) : options[place];
     if (!option.repeatable && arguments.has(option.name)) return dashed(option) + ": basta una volta";
