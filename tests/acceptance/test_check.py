@@ -79,6 +79,9 @@ class Installation(Scenario):
         self.assertEqual(status, int(any(finding["level"] == "error" for finding in findings)))
         return problems
 
+    def jobs_in_diary(self):
+        return sum(len(day.read_text("utf-8").splitlines()) for day in self.desk.main.glob("diario/*.jsonl"))
+
     def assert_unchanged(self, before):
         after = self.state()
         self.assertEqual([path for path in sorted({*before, *after}) if before.get(path) != after.get(path)], [])
@@ -165,6 +168,9 @@ class Check(Installation):
             wait_for(lambda: line.is_open_in(program), "the display's line open")
             wait_for(lambda: not self.desk.c("MERIDIA\\Display.txt").exists(), "the message shown")
         wait_for(lambda: not self.desk.c("MF\\in.txt").exists(), "the driver ended")
+        # The diary's line is the last thing that the bridge writes of a job.
+        wait_for(lambda: self.jobs_in_diary() == (1 if ON_WINDOWS else 2), "each job in the diary")
+        wait_for(lambda: not any(self.desk.main.glob("~tlx*")), "the job's file gone, also for those who looked at it")
         before = self.state()
         for _ in range(3):
             self.assertEqual(self.problems(), set())
