@@ -7,7 +7,7 @@ import tempfile
 import time
 from pathlib import Path
 
-sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "tests" / "acceptance"))
+sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "tests" / "desk"))
 build = Path(sys.argv[1] if len(sys.argv) > 1 else "build/linux-release").resolve()
 os.environ.setdefault("TELLAXISD", str(build / "src/app/tellaxisd"))
 os.environ.setdefault("TELLAXIS_TOOLS", str(build / "tools"))

@@ -9,7 +9,7 @@ import threading
 import time
 from pathlib import Path
 
-sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "tests" / "acceptance"))
+sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "tests" / "desk"))
 
 import sample_transfers
 import sample_jobs

@@ -2,11 +2,7 @@
 
 import json
 import os
-import sys
 import unittest
-from pathlib import Path
-
-sys.path.insert(0, str(Path(__file__).resolve().parent.parent.parent / "demo"))
 
 import fiscal_driver
 import sample_jobs

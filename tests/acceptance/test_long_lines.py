@@ -1,14 +1,11 @@
 """Long lines: a job with a line of 200 MB costs the rest of that line, and hardly any memory."""
 
 import json
-import sys
 import unittest
 from pathlib import Path
 
-sys.path.insert(0, str(Path(__file__).resolve().parent.parent.parent / "demo"))
-
-from sample_jobs import SLIP
 from harness import ON_WINDOWS, wait_for
+from sample_jobs import SLIP
 from serial_line import SerialScenario
 
 LONG = 200 << 20

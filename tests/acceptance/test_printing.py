@@ -6,13 +6,10 @@ import shutil
 import socket
 import struct
 import subprocess
-import sys
 import tempfile
 import threading
 import unittest
 from pathlib import Path
-
-sys.path.insert(0, str(Path(__file__).resolve().parent.parent.parent / "demo"))
 
 import sample_jobs
 from harness import ON_WINDOWS, Scenario, some_ticks, wait_for

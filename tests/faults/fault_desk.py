@@ -5,19 +5,15 @@ import os
 import re
 import shutil
 import subprocess
-import sys
 import tempfile
 import time
 import unittest
 from pathlib import Path
 
-FOLDER = Path(__file__).resolve().parent
-sys.path[:0] = [str(FOLDER.parent / "acceptance"), str(FOLDER.parent.parent / "demo")]
-
-import fiscal_driver  # noqa: E402
-import sample_jobs  # noqa: E402
-from harness import Desk, wait_for  # noqa: E402
-from serial_line import SerialLine  # noqa: E402
+import fiscal_driver
+import sample_jobs
+from harness import Desk, wait_for
+from serial_line import SerialLine
 
 POLLING = 0.1  # seconds; long enough for all jobs of a round to appear within one interval
 DISPLAY_FILE = "MERIDIA\\Display.txt"

@@ -5,12 +5,9 @@ import os
 import subprocess
 import sys
 import unittest
-from pathlib import Path
 
-sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "acceptance"))
-
-from owners_desk import SETTLING, SLOW_WRITER, OwnersDesk
 from harness import Scenario, some_ticks, wait_for
+from owners_desk import SETTLING, SLOW_WRITER, OwnersDesk
 
 NETWORK_FOLDER = os.environ.get("NETWORK_FOLDER_LIBRARY", "")
 NFS, CIFS = 0x6969, 0xFF534D42

@@ -13,7 +13,7 @@ import warnings
 
 import pyatspi
 
-sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "acceptance"))
+sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "desk"))
 
 from harness import Desk, wait_for  # noqa: E402
 

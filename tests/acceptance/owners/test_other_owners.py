@@ -134,7 +134,7 @@ class Rights(OwnersScenario):
         self.assertEqual(self.mode_of_new_settings("0000"), 0o660)
 
     def test_with_the_mask_of_the_packages_unit_the_point_of_sale_writes_new_settings_in_place(self):
-        unit = (Path(__file__).resolve().parents[2] / "packaging/systemd/tellaxisd.service").read_text()
+        unit = (Path(__file__).resolve().parents[3] / "packaging/systemd/tellaxisd.service").read_text()
         (mask,) = re.findall(r"^UMask=(\d+)$", unit, re.M)
         self.assertEqual(self.mode_of_new_settings(mask), 0o660)
         before = self.desk.settings_file.read_text()

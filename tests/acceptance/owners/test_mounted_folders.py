@@ -1,15 +1,11 @@
 """Folders that are read-only, full, or hold a file that cannot go: no driver starts twice, no slip is printed twice."""
 
 import signal
-import sys
 import unittest
-from pathlib import Path
 
-sys.path.insert(0, str(Path(__file__).resolve().parent.parent.parent / "demo"))
-
-from sample_jobs import SLIP
 from harness import some_ticks, wait_for
 from owners_desk import POINT_OF_SALE, SERVICE, MountScenario, mount
+from sample_jobs import SLIP
 
 SLIP_PRINTER = "EPSON TM-L90 Receipt"
 

@@ -10,7 +10,7 @@ from ftp_servers import PlainServer, free_port
 from harness import ON_WINDOWS, Desk, Scenario, some_ticks, wait_for
 from owners_desk import OwnersDesk, why_not
 
-SOURCES = Path(__file__).resolve().parents[2] / "src"
+SOURCES = Path(__file__).resolve().parents[3] / "src"
 SECRET = "parolasegreta"
 OWN_KEYS = ("FTP_Pw", "Ind_Pw", "WEB_Pw")
 POINT_OF_SALE_KEYS = ("Si_Psw_ptp", "GG_PSW")
