@@ -21,7 +21,7 @@ struct CommandLine {
   Command command = Command::stay;
   bool endsOther = false;                 ///< ask the copy on this main folder to end, and do nothing else
   int pollingInterval = 500;              ///< milliseconds
-  std::string stationRole = "CLIENT";     ///< of `pianificate`
+  std::string stationRole;                ///< of `pianificate`; empty: as the devices file has it
   std::optional<platform::DateTime> now;  ///< of `pianificate`: the minute to pretend
   DiaryRequest diary;                     ///< of `diario` and `ristampa`
   CheckOptions check;                     ///< of `controlla`

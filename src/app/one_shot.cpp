@@ -58,6 +58,11 @@ bool transferOnce(platform::Host& host, const std::string& mainFolder) {
   return EseguiFTP(bridge);
 }
 
+std::string stationRoleFrom(const std::string& asked, const platform::BridgeOptions& options) {
+  if (!asked.empty()) return asked;
+  return options.role.empty() ? "CLIENT" : options.role;
+}
+
 void runScheduledOnce(platform::Host& host, const std::string& mainFolder, const std::string& stationRole,
                       const std::optional<platform::DateTime>& now) {
   PretendedClock clock(host.clock, now);
@@ -83,7 +88,7 @@ int runOnce(platform::System& system, const CommandLine& line, const std::string
   if (line.command == Command::controlla || line.command == Command::prova || line.command == Command::porte)
     return said(lookAround(system, line, mainFolder));
   if (line.command == Command::ftp) return transferOnce(host, mainFolder) ? 0 : statusNotTransferred;
-  runScheduledOnce(host, mainFolder, line.stationRole, line.now);
+  runScheduledOnce(host, mainFolder, stationRoleFrom(line.stationRole, system.options()), line.now);
   return 0;
 }
 

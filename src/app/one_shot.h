@@ -7,6 +7,7 @@
 
 #include "app/command_line.h"
 #include "app/diary_command.h"
+#include "platform/bridge_options.h"
 #include "platform/clock.h"
 #include "platform/host.h"
 #include "platform/system.h"
@@ -16,6 +17,9 @@ namespace tellaxis {
 /// Carries out the FTP transfer that the settings file asks for; true when it succeeded. `mainFolder` is in code page
 /// 1252, here and below.
 bool transferOnce(platform::Host& host, const std::string& mainFolder);
+
+/// The role that `pianificate` takes: the one that was `asked` for, else that of the devices file, else CLIENT.
+std::string stationRoleFrom(const std::string& asked, const platform::BridgeOptions& options);
 
 /// Runs the operations that are due in this minute, or in the minute `now`, as a station of this role ("SERVER" or
 /// "CLIENT").

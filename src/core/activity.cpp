@@ -29,7 +29,10 @@ void Activity::end(platform::Clock& clock) {
 }
 
 void Activity::printerSaysNo(Device device, std::string_view why) {
-  if (auto& job = lastJobs_[static_cast<std::size_t>(device)]) job->failure = why;
+  auto& job = lastJobs_[static_cast<std::size_t>(device)];
+  if (!job) return;
+  job->failure = why;
+  job->printerSaysNo = true;
 }
 
 void Activity::failed(std::string_view operation, std::string_view subject, std::string_view reason) {

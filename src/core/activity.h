@@ -21,7 +21,8 @@ struct LastJob {
   std::string name;  ///< the job file's bare name
   platform::DateTime ended;
   int second = 0;
-  std::string failure;  ///< the first step that failed, with its reason; empty when all went well
+  std::string failure;         ///< the first step that failed, with its reason; empty when all went well
+  bool printerSaysNo = false;  ///< `failure` is what the printer says of itself
 };
 
 /// Hears of every failing step and puts the first one of each job on its record; steps outside a job are not its

@@ -19,6 +19,12 @@ std::unique_ptr<Paper> Paper::open(Bridge& bridge, JobPrinters& printers) {
 
 bool Paper::mayBegin(Device device) {
   Asked& asked = asked_.at(static_cast<std::size_t>(device));
+  const bool may = asksAndMayBegin(device, asked);
+  if (!may) heldBack_.at(static_cast<std::size_t>(device)) = asked.before;
+  return may;
+}
+
+bool Paper::asksAndMayBegin(Device device, Asked& asked) {
   if (hasJustRefused(asked)) return false;
   asked = {.printer = printers_.printerOf(device)};
   if (!asked.printer || (bridge_.options.diary.empty() && !asked.printer->waitForPaper)) return true;

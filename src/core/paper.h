@@ -34,6 +34,15 @@ class Paper {
   /// Whether the jobs of `device` wait for paper; known once `mayBegin` was asked for one.
   bool waits(Device device) const;
 
+  /// A tick begins; nothing is known yet to wait in it.
+  void beginTick() { heldBack_ = {}; }
+
+  /// What the printer of `device` said that kept a job waiting in the present tick, or in the last one; nothing where
+  /// none was kept.
+  std::optional<platform::PrinterState> heldBack(Device device) const {
+    return heldBack_.at(static_cast<std::size_t>(device));
+  }
+
   /// What the printer says after the job that `mayBegin` was asked for. One that did not answer before the job is not
   /// waited for again: `unknown`.
   platform::PrinterState after(Device device);
@@ -47,11 +56,13 @@ class Paper {
     std::optional<double> refusedAt;  ///< seconds since midnight
   };
 
+  bool asksAndMayBegin(Device device, Asked& asked);
   bool hasJustRefused(const Asked& asked) const;
 
   Bridge& bridge_;
   JobPrinters& printers_;
   std::array<Asked, deviceCount> asked_;
+  std::array<std::optional<platform::PrinterState>, deviceCount> heldBack_;
 };
 
 /// Whether the job that waits for `device` may begin.

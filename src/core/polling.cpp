@@ -152,6 +152,7 @@ void SmistaFile(Bridge& bridge, Devices& devices, std::string& dropFolder, std::
 void Polling::Timer1_Timer() {
   if (ticking_) return;
   ticking_ = true;
+  if (bridge_.paper != nullptr) bridge_.paper->beginTick();
   watchJobs(bridge_, watched_);
   for (const auto poll :
        {&Polling::pollDisplay, &Polling::pollFiscalPrinter, &Polling::pollSlipPrinter, &Polling::pollCourtesyPrinter})

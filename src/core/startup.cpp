@@ -104,6 +104,7 @@ void Form_Load(Bridge& bridge, DeviceSetup& setup, std::string mainFolder) {
   waitForPointOfSale(bridge);
   storeStartValues(bridge, setup);
   for (const std::string_view role : stationRoles) bridge.form.Postazione.List.emplace_back(role);
+  bridge.form.Postazione.Text = bridge.options.role;
   CaricaImpostazioni(bridge);
   setup.IconaAggiungi();
 }

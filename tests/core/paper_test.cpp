@@ -186,6 +186,34 @@ TEST(WaitForPaper, JobsStayInTheirFolderWhileThePrinterSaysNo) {
   }
 }
 
+TEST(WaitForPaper, ItIsKnownWhatADeviceIsHeldBackFor) {
+  Desk desk({.waits = true});
+  const auto held = [&desk] { return desk.paper->heldBack(Device::courtesyPrinter); };
+  desk.says(PrinterState::coverOpen);
+  desk.tick();
+  EXPECT_EQ(held(), std::nullopt);
+  desk.drop("a.txt");
+  for (int i = 0; i < 4; ++i) {
+    desk.tickAfter(0.4);
+    EXPECT_EQ(held(), PrinterState::coverOpen);
+  }
+  EXPECT_EQ(desk.paper->heldBack(Device::slipPrinter), std::nullopt);
+  desk.says(PrinterState::ready);
+  desk.tickAfter(2);
+  EXPECT_EQ(held(), std::nullopt);
+}
+
+TEST(WaitForPaper, ADeviceWhoseJobWasTakenAwayIsNotHeldBackAnyMore) {
+  Desk desk({.waits = true});
+  desk.says(PrinterState::noPaper);
+  desk.drop("a.txt");
+  desk.tick();
+  EXPECT_EQ(desk.paper->heldBack(Device::courtesyPrinter), PrinterState::noPaper);
+  desk.computer.files.erase("C:\\cassa\\CortOrbis\\a.txt");
+  desk.tick();
+  EXPECT_EQ(desk.paper->heldBack(Device::courtesyPrinter), std::nullopt);
+}
+
 TEST(WaitForPaper, APrinterThatCanPrintOrDoesNotSayGetsItsJobs) {
   for (const PrinterState yes : {PrinterState::ready, PrinterState::paperLow, PrinterState::unknown}) {
     Desk desk({.waits = true});

@@ -132,6 +132,14 @@ TEST_F(StartUp, OffersClientAndServer) {
   EXPECT_THAT(bridge.form.Postazione.List, ElementsAre("CLIENT", "SERVER"));
 }
 
+TEST_F(StartUp, TheRoleIsChosenWhereTheDevicesFileGivesIt) {
+  start();
+  EXPECT_EQ(bridge.form.Postazione.Text, "");
+  Bridge server(computer.host, {.role = "SERVER"});
+  Form_Load(server, devices, "C:\\cassa");
+  EXPECT_EQ(server.form.Postazione.Text, "SERVER");
+}
+
 TEST_F(StartUp, KnowsTheTakeOverFlagBeforeTheDevicesAreSetUp) {
   store("Orbis_Setting", "-1");
   bool known = false;

@@ -158,6 +158,15 @@ class Operations(Scenario):
         self.assertEqual(read_keys(self.shop.timetable)["PRC_ACTIVE"], "0")
         self.assertEqual(read_keys(self.shop.local)["TLX_R51_ACTIVE"], "2")
 
+    def test_the_role_of_the_devices_file_counts_unless_another_is_asked_for(self):
+        self.shop.note_runs("Restore51.bat")
+        (self.desk.main / "devices.toml").write_text('[bridge]\nrole = "SERVER"\n')
+        write_keys(self.shop.timetable, {"VEN#0930": "2#x#", "VEN#0931": "2#x#"})
+        self.assertEqual(self.shop.run_at(self.MOMENT), 0)
+        self.assertEqual(read_keys(self.shop.local)["TLX_R51_ACTIVE"], "1")
+        self.assertEqual(self.shop.run_at("2003-03-07 09:31", "--postazione", "CLIENT"), 0)
+        self.assertEqual(read_keys(self.shop.local)["TLX_R51_ACTIVE"], "2")
+
     def test_with_nothing_due_nothing_is_written(self):
         write_keys(self.shop.timetable, {"VEN#0931": "1#x#"})
         before = self.desk.settings_file.read_bytes()

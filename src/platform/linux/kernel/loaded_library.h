@@ -1,6 +1,8 @@
 // Loaded library: what only some computers, or only now and then, need.
 #pragma once
 
+#include <atomic>
+
 #include "platform/trace.h"
 
 namespace tellaxis::platform {
@@ -11,10 +13,11 @@ namespace tellaxis::platform {
 const void* loadLibrary(const char* file, const char* entry, Trace& trace);
 
 /// The functions of type `Library` that `file` offers, loaded when first asked for. What could not be loaded is tried
-/// again when asked for again: it may have been short of memory or files for a moment.
+/// again when asked for again: it may have been short of memory or files for a moment. May be
+/// called from several threads.
 template <typename Library>
 const Library* loadedLibrary(const char* file, const char* entry, Trace& trace) {
-  static const Library* library = nullptr;
+  static std::atomic<const Library*> library = nullptr;
   if (library == nullptr) library = static_cast<const Library*>(loadLibrary(file, entry, trace));
   return library;
 }

@@ -11,9 +11,10 @@ namespace tellaxis::platform {
 
 namespace {
 
-/// Typefaces are costly to find and are kept as long as the program runs.
+/// Typefaces are costly to find and are kept as long as the thread runs that draws with them: the toolkit's font
+/// objects belong to one thread.
 Typefaces& keptTypefaces() {
-  static Typefaces typefaces;
+  thread_local Typefaces typefaces;
   return typefaces;
 }
 
