@@ -1,6 +1,7 @@
 // Document JSON: texts, numbers and colours of one operation.
 #include "platform/printing/document_json.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -34,6 +35,16 @@ void appendJsonText(std::string& json, std::string_view text) {
   json += '"';
 }
 
+/// A number as JSON writes it: the C library writes its own mark before the fraction where a library of the window has
+/// set the user's locale.
+void appendWithPoint(std::string& json, std::string_view number) {
+  const std::size_t mark = std::min(number.find_first_not_of("-0123456789e"), number.size());
+  const std::size_t rest = std::min(number.find_first_of("0123456789e", mark), number.size());
+  json += number.substr(0, mark);
+  if (rest > mark) json += number[mark] == '+' ? '+' : '.';
+  json += number.substr(rest);
+}
+
 /// The fewest digits that read back as the same number. (std::to_chars would bring 180 KB of tables into the program.)
 void appendNumber(std::string& json, double number) {
   constexpr int mostDigits = 17;
@@ -47,7 +58,7 @@ void appendNumber(std::string& json, double number) {
     std::snprintf(text.data(), text.size(), "%.*g", digits, number);
     if (std::strtod(text.data(), nullptr) == number) break;
   }
-  json += text.data();
+  appendWithPoint(json, text.data());
 }
 
 void appendCoordinate(std::string& json, std::optional<double> coordinate) {
