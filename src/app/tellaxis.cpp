@@ -50,6 +50,7 @@ class Application : public wxApp {
 
   bool OnInit() override {
     SetAppName("tellaxis");
+    ui::forgoSignsOfLife();
     window_ = std::make_unique<WindowProgram>(surroundings_, mainFolder_, interval_);
     return true;
   }

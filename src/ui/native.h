@@ -11,6 +11,10 @@ namespace tellaxis::ui {
 /// False where no window can be shown because there is no display to open.
 bool displayIsThere();
 
+/// From now on no window of the program is asked whether it still answers: a desktop that gets no answer while a job
+/// waits for its driver offers to end the program, and a receipt with it. Called once, before the first window.
+void forgoSignsOfLife();
+
 /// What a screen reader says of a control whose label stands beside it: its name, and what it is for.
 void setAccessible(wxWindow& control, const wxString& name, const wxString& help);
 

@@ -4,7 +4,7 @@ import os
 import subprocess
 import unittest
 
-from screen import PROGRAM, Desk, Window, wait_for
+from screen import PROGRAM, Desk, Window, run, wait_for
 
 
 class Start(unittest.TestCase):
@@ -44,6 +44,15 @@ class Start(unittest.TestCase):
         ended = self.run_program(*self.desk.arguments())
         self.assertEqual(ended.returncode, 3)
         self.assertIn("senza finestra", ended.stderr)
+
+    def test_no_desktop_asks_its_windows_for_a_sign_of_life(self):
+        window = Window(self.desk)
+        self.addCleanup(window.kill)
+        window.main()
+        wait_for(window.is_visible, "the window")
+        understood = run("xprop", "-id", window.main_id(), "WM_PROTOCOLS")
+        self.assertIn("WM_DELETE_WINDOW", understood)
+        self.assertNotIn("_NET_WM_PING", understood)
 
     def test_a_clean_end_lets_the_next_copy_start(self):
         for _ in range(2):

@@ -3,6 +3,9 @@
 
 namespace tellaxis::ui {
 
+/// Said for the whole program when it starts.
+void forgoSignsOfLife() {}
+
 bool displayIsThere() { return true; }
 
 /// A label that comes right before its control is taken as the name; the layout makes them in this order.
