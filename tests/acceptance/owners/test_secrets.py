@@ -94,7 +94,15 @@ class Secrets(Scenario):
         wait_for(lambda: not self.desk.jobs() and not self.desk.jobs("CortOrbis"), "the jobs taken", 60)
         some_ticks()
         self.assertTrue([*self.desk.main.glob("diario/*.jsonl")], "the diary")
-        for words in (["ftp"], ["pianificate", "--postazione", "SERVER"], ["diario", "--json"], ["ristampa", "1"]):
+        for words in (
+            ["ftp"],
+            ["pianificate", "--postazione", "SERVER"],
+            ["diario", "--json"],
+            ["ristampa", "1"],
+            ["controlla", "--rete"],
+            ["controlla", "--json", "--rete"],
+            ["porte"],
+        ):
             self.run_once(*words)
         program.stop()
         self.said += program.output + program.complaints
@@ -118,6 +126,7 @@ class Secrets(Scenario):
         self.run_everything(f"127.0.0.1:{free_port()}")
         self.check()
         self.assertTrue(any("bQGetFile" in line for line in self.said), self.said)
+        self.assertTrue(any('"ftp-unreachable"' in line for line in self.said), self.said)
 
     def test_where_the_server_repeats_the_password_it_is_not_said(self):
         home = self.desk.root / "server"
@@ -126,6 +135,7 @@ class Secrets(Scenario):
         self.addCleanup(server.close)
         self.run_everything(server.address)
         self.check()
+        self.assertTrue(any('"ftp-refused"' in line for line in self.said), self.said)
 
     def test_a_password_that_would_be_a_second_command_is_not_said(self):
         self.configure("127.0.0.1:1")
