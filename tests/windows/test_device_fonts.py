@@ -4,7 +4,7 @@ import struct
 import unittest
 
 from device_printer import DevicePrinter, printed
-from harness import Scenario, wait_for
+from harness import Scenario, some_ticks, wait_for
 
 
 def bitmap(width, height):
@@ -62,6 +62,25 @@ class DeviceFonts(Scenario):
         program.stop()
         # The empty statement that opens the document comes before the first font.
         self.assertEqual([line for line in program.complaints if "FontName font" in line], [])
+
+    def test_nothing_of_a_slip_that_cannot_be_read_is_printed(self):
+        name = "EPSON TM-U295 Slip"
+        printer = DevicePrinter(self.desk, name, "LPT1:", ["fontA11", "fontB12"])
+        self.desk.settings(RF_Active=-1, RF_Stampante=name, RF_Seriale=1, RF_File="C:\\MERIDIA\\rf.txt")
+        program = self.desk.start("--trace")
+        job = self.desk.c("MERIDIA\\rf.txt")
+        job.write_bytes(b"I1 PERDUTA UNO\r\nI2 PERDUTA DUE\r\nI\r\n")
+        wait_for(lambda: any("LanciaFileRF" in line for line in program.complaints), "the record that is too short", 30)
+        some_ticks()
+        self.assertTrue(job.exists())
+        self.assertEqual(printer.documents(), [])
+        self.desk.write_whole(job, "I1 Bar Centrale\r\nI2 Ricevuta 7\r\nRR Cena\r\n")
+        wait_for(lambda: not job.exists(), "the whole slip printed", 30)
+        wait_for(lambda: printer.documents() and "%%EOF" in printer.documents()[-1], "the document", 30)
+        program.stop()
+        texts = [text for document in printer.documents() for _, text in printed(document)]
+        self.assertIn("Cena", texts)
+        self.assertEqual([text for text in texts if "PERDUTA" in text], [])
 
     def test_a_face_that_the_driver_lacks_is_told(self):
         printer = DevicePrinter(self.desk, "SAMSUNG SRP-500", "COM3:", ["FontControl"])
