@@ -4,6 +4,7 @@ round may fail; those of the next come out whole, for every device, and nothing 
 TELLAXIS_FAULTS=every tries every place; without it one in sixteen is tried, spread evenly."""
 
 import os
+import subprocess
 import time
 import unittest
 from concurrent.futures import ThreadPoolExecutor
@@ -47,12 +48,28 @@ class Run:
         self.left = fault_desk.waiting()
         fault_desk.drop(Jobs("sesto", fault_desk.devices))
         self.second = self._until(fault_desk)
-        self.status = program.stop()
+        self.status = self._stop(program)
         self.at_end = fault_desk.outcome().since(self.first)
         self.settings = fault_desk.desk.settings_file.read_text("cp1252").replace(str(fault_desk.desk.root), "ROOT")
         self.trace = program.complaints
         self.hit = next((line for line in self.calls if "(INJECTED)" in line), "")
-        self.undeletable = self.hit.split('"')[1] if self.hit.startswith("unlink") else ""
+        self.undeletable = self._undeletable()
+
+    @staticmethod
+    def _stop(program):
+        """The exit status; nothing where the program goes on."""
+        try:
+            return program.stop()
+        except subprocess.TimeoutExpired:
+            program.kill()
+            return None
+
+    def _undeletable(self):
+        """The job file that stayed because of the fault: it could not be deleted, or its writer not be asked for before."""
+        if self.hit.startswith("unlink"):
+            return self.hit.split('"')[1]
+        refused = [line for line in self.trace if line.startswith("passo fallito: remove") and not line.endswith("non esiste")]
+        return refused[0].split(": ")[1].split(" ", 1)[1].replace("\\", "/") if refused else ""
 
     def _until(self, fault_desk):
         """What the second round brought: waits for as much as is expected, then for what may come beyond it."""

@@ -3,7 +3,6 @@
 
 #include <linux/magic.h>
 #include <poll.h>
-#include <sys/eventfd.h>
 #include <sys/inotify.h>
 #include <sys/vfs.h>
 
@@ -56,7 +55,7 @@ LinuxJobNotices::LinuxJobNotices(Resolve resolve, std::function<void()> whole, T
       whole_(std::move(whole)),
       trace_(trace),
       notices_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)),
-      wake_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+      wake_(WakeUp::make()) {
   if (!notices_ || !wake_) {
     trace_.failed("avvisi", "inotify", reasonOf(errno));
     return;
@@ -79,7 +78,7 @@ LinuxJobNotices::~LinuxJobNotices() {
     const std::lock_guard lock(mutex_);
     stopping_ = true;
   }
-  ::eventfd_write(wake_.number(), 1);
+  wake_.wake();
   thread_.join();
 }
 
@@ -102,7 +101,7 @@ bool LinuxJobNotices::isWhole(std::string_view path) {
     const auto found = written_.find(upperCase(path));
     whole = found == written_.end() || steady_clock::now() - found->second.last >= quietTime;
     // The thread may have been asleep without a time limit.
-    if (!written_.empty()) ::eventfd_write(wake_.number(), 1);
+    if (!written_.empty()) wake_.wake();
   }
   tell(files);
   return whole;
@@ -124,8 +123,7 @@ void LinuxJobNotices::run() {
     pollfd waiting[] = {{.fd = notices_.number(), .events = POLLIN, .revents = 0},
                         {.fd = wake_.number(), .events = POLLIN, .revents = 0}};
     ::poll(waiting, 2, pollTime(next));
-    eventfd_t ignored = 0;
-    ::eventfd_read(wake_.number(), &ignored);
+    wake_.forget();
     int files = 0;
     {
       const std::lock_guard lock(mutex_);

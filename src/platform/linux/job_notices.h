@@ -11,6 +11,7 @@
 
 #include "platform/job_notices.h"
 #include "platform/linux/kernel/descriptor.h"
+#include "platform/linux/kernel/wake_up.h"
 #include "platform/trace.h"
 
 struct inotify_event;
@@ -53,7 +54,7 @@ class LinuxJobNotices final : public JobNotices {
   std::function<void()> whole_;
   Trace& trace_;
   Descriptor notices_;
-  Descriptor wake_;
+  WakeUp wake_;
   std::mutex mutex_;
   std::condition_variable wholeFile_;
   std::uint64_t wholeFiles_ = 0;

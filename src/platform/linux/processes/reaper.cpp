@@ -3,7 +3,6 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <sys/eventfd.h>
 // This header forgets to say that its functions are C.
 extern "C" {
 #include <sys/pidfd.h>
@@ -22,7 +21,7 @@ Reaper::~Reaper() {
     const std::lock_guard lock(mutex_);
     stopping_ = true;
   }
-  ::eventfd_write(wake_.number(), 1);
+  wake_.wake();
   thread_.join();
 }
 
@@ -33,7 +32,7 @@ void Reaper::add(pid_t process) {
     if (!watch || !begin()) return;
     children_.insert_or_assign(process, std::move(watch));
   }
-  ::eventfd_write(wake_.number(), 1);
+  wake_.wake();
 }
 
 Descriptor Reaper::watch(pid_t process) {
@@ -44,7 +43,7 @@ Descriptor Reaper::watch(pid_t process) {
 
 bool Reaper::begin() {
   if (thread_.joinable()) return true;
-  wake_ = Descriptor(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
+  wake_ = WakeUp::make();
   if (!wake_) return false;
   sigset_t all;
   sigset_t before;
@@ -64,8 +63,7 @@ void Reaper::run() {
     std::vector<pollfd> waiting{{.fd = wake_.number(), .events = POLLIN, .revents = 0}};
     for (const Child& child : living) waiting.push_back({.fd = child.watch, .events = POLLIN, .revents = 0});
     ::poll(waiting.data(), waiting.size(), -1);
-    eventfd_t woken = 0;
-    if (waiting.front().revents != 0) ::eventfd_read(wake_.number(), &woken);
+    if (waiting.front().revents != 0) wake_.forget();
     for (std::size_t i = 0; i < living.size(); ++i)
       if (waiting[i + 1].revents != 0) release(living[i]);
     const std::lock_guard lock(mutex_);

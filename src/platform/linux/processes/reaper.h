@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/linux/kernel/descriptor.h"
+#include "platform/linux/kernel/wake_up.h"
 
 namespace tellaxis::platform {
 
@@ -39,7 +40,7 @@ class Reaper {
 
   std::mutex mutex_;
   std::map<pid_t, Descriptor> children_;
-  Descriptor wake_;
+  WakeUp wake_;
   bool stopping_ = false;
   std::thread thread_;
 };

@@ -2,7 +2,6 @@
 #include "platform/linux/serial/hang_up_watch.h"
 
 #include <poll.h>
-#include <sys/eventfd.h>
 
 #include <cerrno>
 #include <system_error>
@@ -10,7 +9,7 @@
 
 namespace tellaxis::platform {
 
-HangUpWatch::HangUpWatch(int descriptor, std::function<void()> gone) : stop_(::eventfd(0, EFD_CLOEXEC)) {
+HangUpWatch::HangUpWatch(int descriptor, std::function<void()> gone) : stop_(WakeUp::make()) {
   if (!stop_) return;
   const auto watch = [descriptor, stop = stop_.number(), gone = std::move(gone)] {
     // No events are asked for: hang-ups and errors are always told.
@@ -26,7 +25,7 @@ HangUpWatch::HangUpWatch(int descriptor, std::function<void()> gone) : stop_(::e
 }
 
 HangUpWatch::~HangUpWatch() {
-  if (thread_.joinable()) ::eventfd_write(stop_.number(), 1);
+  if (thread_.joinable()) stop_.wake();
 }
 
 }  // namespace tellaxis::platform

@@ -4,7 +4,7 @@
 #include <functional>
 #include <thread>
 
-#include "platform/linux/kernel/descriptor.h"
+#include "platform/linux/kernel/wake_up.h"
 
 namespace tellaxis::platform {
 
@@ -18,7 +18,7 @@ class HangUpWatch {
   HangUpWatch& operator=(const HangUpWatch&) = delete;
 
  private:
-  Descriptor stop_;
+  WakeUp stop_;
   std::jthread thread_;
 };
 

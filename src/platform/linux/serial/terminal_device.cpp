@@ -46,10 +46,18 @@ WriteResult giveUp(int descriptor) {
   return WriteResult::stuck;
 }
 
-/// Bytes in the system's buffer; below 0 when the device went away.
+bool hasHungUp(int descriptor) {
+  pollfd device{.fd = descriptor, .events = 0, .revents = 0};
+  return ::poll(&device, 1, 0) > 0;
+}
+
+/// Bytes in the system's buffer; below 0 when the device went away. A question that fails while the device is there says
+/// nothing of the bytes, and is asked once more: a device taken for gone is opened anew, and gets the same bytes again.
 int bytesWaiting(int descriptor) {
   int waiting = 0;
-  return ::ioctl(descriptor, TIOCOUTQ, &waiting) == 0 ? waiting : -1;
+  if (::ioctl(descriptor, TIOCOUTQ, &waiting) == 0) return waiting;
+  if (hasHungUp(descriptor)) return -1;
+  return ::ioctl(descriptor, TIOCOUTQ, &waiting) == 0 ? waiting : 0;
 }
 
 /// Knows for how long a device has sent nothing.
