@@ -51,8 +51,9 @@ bool hasHungUp(int descriptor) {
   return ::poll(&device, 1, 0) > 0;
 }
 
-/// Bytes in the system's buffer; below 0 when the device went away. A question that fails while the device is there says
-/// nothing of the bytes, and is asked once more: a device taken for gone is opened anew, and gets the same bytes again.
+/// Bytes in the system's buffer; below 0 when the device went away. A question that fails while the device is there
+/// says nothing of the bytes, and is asked once more: a device taken for gone is opened anew, and gets the same bytes
+/// again.
 int bytesWaiting(int descriptor) {
   int waiting = 0;
   if (::ioctl(descriptor, TIOCOUTQ, &waiting) == 0) return waiting;
