@@ -23,15 +23,16 @@ FOREIGN_LINES = "; cassa 1\r\n[Altro]\r\nx=1\r\n"
 
 
 class Devices:
-    """Which devices a desk has, and what a display job looks like on its line."""
+    """Which devices a desk has, what a display job looks like on its line, and what else its bridge is to do."""
 
-    def __init__(self, protocol, display, courtesy, courtesy_printer, courtesy_job, slip_printer):
+    def __init__(self, protocol, display, courtesy, courtesy_printer, courtesy_job, slip_printer, bridge=""):
         self.protocol = protocol
         self.display = display
         self.courtesy = courtesy
         self.courtesy_printer = courtesy_printer
         self.courtesy_job = courtesy_job
         self.slip_printer = slip_printer
+        self.bridge = bridge
 
 
 PROGRAM_DRIVER = Devices(
@@ -44,6 +45,15 @@ INPUT_FILE_DRIVER = Devices(
     "OLIVETTI PRT100",
     sample_jobs.LINE_PRINTER,
     "EPSON TM-U295 Slip",
+)
+PROMPT = Devices(
+    "NUCLEO DRIVER - 93",
+    "ASEM",
+    "SAMSUNG",
+    "SAMSUNG SRP-500",
+    sample_jobs.COURTESY_500,
+    "EPSON TM-L90 Receipt",
+    '[bridge]\nprompt = true\ndiary = "diario"\narchive = true\n',
 )
 
 
@@ -71,6 +81,7 @@ class FaultDesk:
     def _configure(self):
         desk, devices = self.desk, self.devices
         with open(desk.main / "devices.toml", "a", encoding="utf-8") as file:
+            file.write(devices.bridge)
             file.write(f'[[printer]]\nname = "{devices.courtesy_printer}"\nport = "COM3:"\ntarget = "folder:preconti"\n')
             file.write(f'[[printer]]\nname = "{devices.slip_printer}"\nport = "LPT1:"\ntarget = "folder:ricevute"\n')
         if devices.protocol.startswith("CASIO"):

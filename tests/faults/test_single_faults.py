@@ -9,7 +9,7 @@ import time
 import unittest
 from concurrent.futures import ThreadPoolExecutor
 
-from fault_desk import INPUT_FILE_DRIVER, POLLING, PROGRAM_DRIVER, FaultDesk, FaultScenario, Jobs, Outcome, Strace
+from fault_desk import INPUT_FILE_DRIVER, POLLING, PROGRAM_DRIVER, PROMPT, FaultDesk, FaultScenario, Jobs, Outcome, Strace
 
 EVERY = os.environ.get("TELLAXIS_FAULTS") == "every"
 STRIDE = 1 if EVERY else 16
@@ -119,8 +119,8 @@ def reference_of(devices):
 class SingleFaults(FaultScenario):
     """One scenario a kind of system call."""
 
-    def sweep(self, *calls):
-        met = sum(self.sweep_with(devices, calls) for devices in (PROGRAM_DRIVER, INPUT_FILE_DRIVER))
+    def sweep(self, *calls, desks=(PROGRAM_DRIVER, INPUT_FILE_DRIVER)):
+        met = sum(self.sweep_with(devices, calls) for devices in desks)
         if met == 0:
             self.skipTest("the bridge makes no such call")
 
@@ -136,9 +136,10 @@ class SingleFaults(FaultScenario):
             runs = [run for run in pool.map(lambda place: Run(devices, *place), places) if run.hit]
         failed = [(run, faults) for run in runs for faults in [run.faults(reference)] if faults]
         restarted = sum(run.restarted for run in runs)
-        print(f"{self._testMethodName}, {devices.protocol}: {len(runs)} places, {len(failed)} failed, {restarted} after a"
+        name = f"{devices.protocol}{', prompt, with diary' if devices.bridge else ''}"
+        print(f"{self._testMethodName}, {name}: {len(runs)} places, {len(failed)} failed, {restarted} after a"
               " new start", flush=True)  # fmt: skip
-        with self.subTest(devices.protocol):
+        with self.subTest(name):
             self.assertTrue(runs or not places, "no place was met")
             if failed:
                 self.fail("".join(self.story(*pair) for pair in failed))
@@ -155,7 +156,7 @@ class SingleFaults(FaultScenario):
         self.sweep(("read", "EIO"))
 
     def test_writing(self):
-        self.sweep(("write", "ENOSPC"), ("writev", "EIO"), ("pwrite64", "ENOSPC"))
+        self.sweep(("write", "ENOSPC"), ("writev", "EIO"), ("pwrite64", "ENOSPC"), desks=(PROGRAM_DRIVER, INPUT_FILE_DRIVER, PROMPT))
 
     def test_renaming(self):
         self.sweep(("rename", "EIO"), ("renameat", "EIO"), ("renameat2", "EIO"))
@@ -192,7 +193,7 @@ class SingleFaults(FaultScenario):
         self.sweep(("fstatfs", "EIO"), ("statfs", "EIO"))
 
     def test_asking_for_notices(self):
-        self.sweep(("inotify_init1", "EMFILE"), ("inotify_add_watch", "ENOSPC"), ("inotify_rm_watch", "EINVAL"))
+        self.sweep(("inotify_init1", "EMFILE"), ("inotify_add_watch", "ENOSPC"), ("inotify_rm_watch", "EINVAL"), desks=(PROMPT,))
 
     def test_starting_a_program(self):
         self.sweep(("clone3", "EAGAIN"), ("vfork", "EAGAIN"), ("pidfd_open", "EMFILE"))
