@@ -66,7 +66,9 @@ void keepReceipt(const Driver& driver) {
   for (int number = 1;; ++number) {
     const fs::path copy = *driver.receipts / (std::to_string(10'000 + number).substr(1) + ".txt");
     if (fs::exists(copy, failure)) continue;
-    fs::copy_file(driver.input, copy, failure);
+    // Under its own name a copy that has only been begun is closed to every reader but root.
+    const fs::path unfinished = copy.string() + ".tmp";
+    if (fs::copy_file(driver.input, unfinished, failure)) fs::rename(unfinished, copy, failure);
     if (failure) std::fprintf(stderr, "copia dello scontrino non riuscita: %s\n", failure.message().c_str());
     return;
   }
