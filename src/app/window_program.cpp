@@ -9,6 +9,7 @@
 #include "core/startup.h"
 #include "core/tray_icon.h"
 #include "platform/printers.h"
+#include "ui/model/closed_folders.h"
 
 namespace tellaxis {
 
@@ -52,6 +53,7 @@ WindowProgram::WindowProgram(const WindowSurroundings& surroundings, const std::
       host_(withDesktop()),
       bridge_(host_, surroundings.system.options()),
       devices_(*this),
+      inspection_(surroundings.system.openInspection()),
       paper_(Paper::open(bridge_, devices_)),
       noted_(devices_, surroundings.activity, bridge_),
       diary_(JobDiary::open(bridge_, mainFolder, noted_, surroundings.activity)),
@@ -64,6 +66,7 @@ WindowProgram::WindowProgram(const WindowSurroundings& surroundings, const std::
   Form_Load(bridge_, devices_, mainFolder);
   boxes_.duringTick(false);
   if (diary_) diary_->started();
+  window_->setClosedFolders([this] { return ui::closedFolders(bridge_.settings, *inspection_); });
   window_->refresh();
   window_->Show();
   polls_.Bind(wxEVT_TIMER, [this](const wxTimerEvent&) { tick(); });

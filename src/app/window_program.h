@@ -62,6 +62,7 @@ class WindowProgram {
   platform::Host host_;
   Bridge bridge_;
   Devices devices_;
+  std::unique_ptr<platform::Inspection> inspection_;
   std::unique_ptr<Paper> paper_;  ///< null where no printer is to be asked
   NotedDevices noted_;
   std::unique_ptr<JobDiary> diary_;  ///< null where none is wanted

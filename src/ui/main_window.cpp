@@ -256,12 +256,14 @@ void MainWindow::userChanged(const ControlMember& control) {
 void MainWindow::cmdSalva() {
   cmdSalva_Click(bridge_);
   refresh();
-  saved_->SetLabelText("Impostazioni salvate");
+  saved_->SetLabelText(warning_.empty() ? wxString("Impostazioni salvate") : toWx(warning_));
 }
 
 void MainWindow::refresh() {
   controls_.show();
   status_->refresh();
+  if (closedFolders_) warning_ = closedFolders_();
+  status_->warn(warning_);
 }
 
 void MainWindow::mouseMoved(wxMouseEvent& event) {

@@ -26,6 +26,10 @@ class MainWindow : public wxFrame {
   Window& form() { return form_; }
   TrayIcon& trayIcon() { return trayIcon_; }
 
+  /// From now on each `refresh` shows what this says of folders that are closed; in code page 1252, empty where none
+  /// is.
+  void setClosedFolders(std::function<std::string()> closedFolders) { closedFolders_ = std::move(closedFolders); }
+
   /// Shows the form's values and the lists to choose from.
   void refresh();
   /// Shows what the devices did since the last look.
@@ -69,6 +73,8 @@ class MainWindow : public wxFrame {
 
   Bridge& bridge_;
   std::function<void()> ended_;
+  std::function<std::string()> closedFolders_;
+  std::string warning_;  ///< what it said last
   Form form_;
   TrayIcon trayIcon_;
   wxIcon icon_;

@@ -64,8 +64,22 @@ StatusStrip::StatusStrip(wxWindow* parent, const Bridge& bridge, const Activity&
     const wxString role = "Postazione: " + wxString::FromUTF8(bridge.options.role.c_str());
     all->Add(new wxStaticText(this, wxID_ANY, role), wxSizerFlags().Border(wxALL & ~wxTOP, gap));
   }
+  warning_ = new wxStaticText(this, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
+                              wxST_ELLIPSIZE_MIDDLE | wxST_NO_AUTORESIZE);
+  warning_->SetForegroundColour(bad);
+  warning_->Hide();
+  all->Add(warning_, wxSizerFlags().Expand().Border(wxALL & ~wxTOP, gap));
   SetSizer(all);
   refresh();
+}
+
+void StatusStrip::warn(const std::string& text) {
+  const wxString shown = toWx(text);
+  if (warning_->GetLabelText() == shown && warning_->IsShown() == !shown.empty()) return;
+  setText(warning_, shown);
+  setHelp(warning_, shown);
+  warning_->Show(!shown.empty());
+  GetParent()->Layout();
 }
 
 void StatusStrip::fitWidth(int width) {

@@ -6,6 +6,7 @@
 #include <wx/stattext.h>
 
 #include <array>
+#include <string>
 
 #include "core/activity.h"
 #include "core/bridge.h"
@@ -22,6 +23,9 @@ class StatusStrip : public wxPanel {
   /// Shows the present state; cheap when nothing changed.
   void refresh();
 
+  /// A line of its own, in code page 1252, for what concerns every device; none where it is empty.
+  void warn(const std::string& text);
+
  private:
   struct Cell {
     wxStaticText* mark;
@@ -32,6 +36,7 @@ class StatusStrip : public wxPanel {
   const Bridge& bridge_;
   const Activity& activity_;
   wxFlexGridSizer* grid_;
+  wxStaticText* warning_;
   std::array<Cell, deviceCount> cells_;
 };
 

@@ -1,5 +1,6 @@
 """Settings: every kind of field changed, saved and read back from the settings file."""
 
+import os
 import time
 import unittest
 
@@ -18,6 +19,23 @@ name = "SAMSUNG"
 port = "LPT2:"
 target = "folder:spool/samsung"
 """
+
+
+class ClosedFolders(WindowScenario):
+    settings = dict(MF_Active=-1, MF_File="C:\\Driver\\in.txt", MF_Prot="ONDA DRIVER - 91")
+
+    @unittest.skipIf(os.geteuid() == 0, "a folder takes root's changes whatever its permissions")
+    def test_saving_tells_of_a_folder_that_is_closed(self):
+        folder = self.desk.c("Driver")
+        folder.mkdir()
+        folder.chmod(0o555)
+        self.window.press("Salva")
+        told = "Non si può scrivere in C:\\Driver"
+        wait_for(lambda: self.window.labels().count(told) == 2, "the warning above the form and beside the button")
+        self.assertNotIn("Impostazioni salvate", self.window.labels())
+        folder.chmod(0o755)
+        self.window.save()
+        self.assertNotIn(told, self.window.labels())
 
 
 class Fields(WindowScenario):
