@@ -32,8 +32,7 @@ struct RecordedTrace : Trace {
 };
 
 /// A folder for local files, and a client whose timeout is two seconds.
-class FtpClientTest : public testing::Test {
- protected:
+struct FtpClientTest : testing::Test {
   FtpClientTest() {
     std::string name = testing::TempDir() + "ftpXXXXXX";
     folder = ::mkdtemp(name.data());
@@ -238,7 +237,9 @@ TEST_F(FtpClientTest, ADownloadThatStallsIsGivenUp) {
 
 TEST_F(FtpClientTest, AnUploadThatStallsIsGivenUp) {
   const ScriptedFtpServer server({.stallsAfter = 1000});
-  write("x.txt", std::string(30'000'000, 'x'));
+  std::string much;
+  much.resize(30'000'000, 'x');
+  write("x.txt", much);
   const auto start = steady_clock::now();
   EXPECT_FALSE(put(server));
   EXPECT_LT(steady_clock::now() - start, 4s);

@@ -148,8 +148,9 @@ int ScriptedFtpServer::dataConnection() {
   if (dataListener_ >= 0) return readable(dataListener_) ? ::accept(dataListener_, nullptr, nullptr) : -1;
   const int data = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   const sockaddr_in address = loopback(activePort_);
-  ::connect(data, reinterpret_cast<const sockaddr*>(&address), sizeof address);
-  return data;
+  if (::connect(data, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) return data;
+  ::close(data);
+  return -1;
 }
 
 void ScriptedFtpServer::sendFile(int client) {

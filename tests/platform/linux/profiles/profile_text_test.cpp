@@ -77,7 +77,8 @@ TEST(ProfileText, KeepsNulsOfTheFile) {
 }
 
 TEST(ProfileText, SearchesATextOfLoneCarriageReturnsInOnePass) {
-  std::string text(10'000'000, '\r');
+  std::string text;
+  text.resize(10'000'000, '\r');
   text += "[A]\rk=v\r";
   EXPECT_EQ(findValue(text, "A", "k"), "v");
 }

@@ -190,7 +190,8 @@ TEST_F(Profile, LeavesAFileWhoseGroupItCannotKeep) {
 }
 
 TEST_F(Profile, HandlesALineOfTenMegabytes) {
-  const std::string line(10'000'000, 'x');
+  std::string line;
+  line.resize(10'000'000, 'x');
   put("[A]\r\nlong=" + line + "\r\nk=v\r\n");
   EXPECT_EQ(get("A", "k"), "v");
   EXPECT_EQ(get("A", "long"), line.substr(0, 254));
