@@ -96,7 +96,7 @@ TEST(Dots, GreyIsAPatternOfAsManyDotsAsItIsDark) {
   int black = 0;
   for (int y = 0; y < 64; ++y)
     for (int x = 0; x < 64; ++x) black += dots.at(x, y) ? 1 : 0;
-  EXPECT_NEAR(black, 64 * 64 / 4, 64);
+  EXPECT_NEAR(black, 64 * 64 / 4.0, 64);
 }
 
 TEST(Spool, GivesBackWhatItWasGivenInMemoryAndOnDisk) {
