@@ -111,7 +111,7 @@ int run(const CommandLine& line) {
   const auto calls = platform::listenForWindowCalls(folder);
 
   const auto& system = std::get<std::unique_ptr<platform::System>>(opened);
-  const WindowSurroundings surroundings{*system, activity, stop, calls.get()};
+  const WindowSurroundings surroundings{*system, options, activity, stop, calls.get()};
   return showWindow(surroundings, *mainFolder, line.pollingInterval);
 }
 

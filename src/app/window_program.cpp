@@ -6,10 +6,12 @@
 
 #include <cstdlib>
 
+#include "app/desk_work.h"
 #include "core/startup.h"
 #include "core/tray_icon.h"
 #include "platform/printers.h"
 #include "ui/model/closed_folders.h"
+#include "ui/work_line.h"
 
 namespace tellaxis {
 
@@ -58,7 +60,10 @@ WindowProgram::WindowProgram(const WindowSurroundings& surroundings, const std::
       noted_(devices_, surroundings.activity, bridge_),
       diary_(JobDiary::open(bridge_, mainFolder, noted_, surroundings.activity)),
       polling_(bridge_, diary_ ? diary_->devices() : noted_),
-      window_(new ui::MainWindow(bridge_, surroundings.activity, [this] { formEnded(); })) {
+      window_(new ui::MainWindow(
+          bridge_, surroundings.activity,
+          std::make_shared<SystemDeskWork>(surroundings.options, surroundings.system.options(), mainFolder),
+          [this] { formEnded(); })) {
   modalDialogs();
   bridge_.paper = paper_.get();
   bridge_.stopRequested = [this] { return ended_ || surroundings_.stop.asked(); };
@@ -131,8 +136,10 @@ void WindowProgram::finish() {
   bridge_.notices = nullptr;
   host_.Printer.endOpenDocuments();
   wxTheApp->ExitMainLoop();
-  // A dialog that nobody will answer any more would keep the program.
-  if (modalDialogs().open > 0) std::_Exit(EXIT_SUCCESS);
+  // A dialog that nobody will answer any more would keep the program, and a server that does not answer too.
+  if (modalDialogs().open == 0 && !ui::WorkLine::anyGoesOn()) return;
+  diary_.reset();
+  std::_Exit(EXIT_SUCCESS);
 }
 
 }  // namespace tellaxis

@@ -25,6 +25,7 @@ namespace tellaxis {
 /// What the window needs beside the bridge; whoever made them keeps them alive.
 struct WindowSurroundings {
   platform::System& system;
+  const platform::SystemOptions& options;  ///< that it was opened with
   Activity& activity;
   platform::StopRequest& stop;
   platform::WindowCall* calls;  ///< of second copies; null where none can be heard

@@ -62,16 +62,22 @@ void addBlock(std::string& report, const std::vector<Finding>& findings, Checked
 
 }  // namespace
 
+std::string_view titleOf(Checked device) { return namesOf(device).title; }
+std::string_view wordOf(Level level) { return namesOf(level).state; }
+
+std::string summaryOf(const std::vector<Finding>& findings) {
+  const auto count = [&](Level level) {
+    return static_cast<std::size_t>(std::ranges::count(findings, level, &Finding::level));
+  };
+  return counted(count(Level::error), "errore", "errori") + ", " + counted(count(Level::warning), "avviso", "avvisi") +
+         ".";
+}
+
 std::string checkText(const std::vector<Finding>& findings) {
   std::string report;
   for (std::size_t device = 0; device < checkedCount; ++device)
     addBlock(report, findings, static_cast<Checked>(device));
-  const auto count = [&](Level level) {
-    return static_cast<std::size_t>(std::ranges::count(findings, level, &Finding::level));
-  };
-  report +=
-      counted(count(Level::error), "errore", "errori") + ", " + counted(count(Level::warning), "avviso", "avvisi");
-  return utf8FromCodePage(report + ".\n");
+  return utf8FromCodePage(report + summaryOf(findings) + "\n");
 }
 
 std::string checkJson(const std::vector<Finding>& findings) {

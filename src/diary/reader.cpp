@@ -9,14 +9,10 @@
 
 namespace tellaxis {
 
-namespace {
-
 bool isWanted(const DiaryQuery& query, const DiaryEntry& entry) {
   if (query.device && *query.device != entry.device) return false;
   return !query.problemsOnly || namesOf(entry.outcome).problem;
 }
-
-}  // namespace
 
 std::vector<DiaryEntry> readDay(platform::Host& host, std::string_view folder, Day day) {
   std::vector<DiaryEntry> entries;

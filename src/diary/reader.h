@@ -20,6 +20,9 @@ struct DiaryQuery {
   bool problemsOnly = false;
 };
 
+/// By device and outcome; the day is not looked at.
+bool isWanted(const DiaryQuery& query, const DiaryEntry& entry);
+
 /// The entries of one day in the order in which they began to be written, one for each job: of a job that was tried
 /// again, its last state. Lines that are torn or that nobody knows are passed over.
 std::vector<DiaryEntry> readDay(platform::Host& host, std::string_view folder, Day day);

@@ -45,16 +45,20 @@ std::string placeOf(const Settings& settings, const DiaryEntry& entry) {
 
 std::string_view textOf(Reprint result) { return std::ranges::find(resultTexts, result, &ResultText::result)->text; }
 
+ReprintConsent neededConsent(const DiaryEntry& entry) {
+  if (entry.device != Device::fiscalPrinter) return {};
+  const bool issued = std::ranges::find(issuedOutcomes, entry.outcome) != std::end(issuedOutcomes);
+  return {.fiscal = true, .evenIfIssued = issued};
+}
+
 Reprint reprint(const Bridge& bridge, std::string_view diaryFolder, std::string_view id, ReprintConsent consent,
                 bool dropFoldersServed) {
   platform::Files& files = bridge.host.files;
   const auto entry = findEntry(bridge.host, diaryFolder, id);
   if (!entry) return Reprint::unknownId;
-  if (entry->device == Device::fiscalPrinter) {
-    if (!consent.fiscal) return Reprint::isFiscal;
-    const bool issued = std::ranges::find(issuedOutcomes, entry->outcome) != std::end(issuedOutcomes);
-    if (issued && !consent.evenIfIssued) return Reprint::maybeIssued;
-  }
+  const ReprintConsent needed = neededConsent(*entry);
+  if (needed.fiscal && !consent.fiscal) return Reprint::isFiscal;
+  if (needed.evenIfIssued && !consent.evenIfIssued) return Reprint::maybeIssued;
   if (entry->copy.empty()) return Reprint::noCopy;
   const std::string copy = std::string(diaryFolder) + "\\" + entry->copy;
   if (!files.exists(copy)) return Reprint::copyGone;

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "core/bridge.h"
+#include "diary/entry.h"
 
 namespace tellaxis {
 
@@ -13,6 +14,9 @@ struct ReprintConsent {
   bool fiscal = false;        ///< a fiscal job too
   bool evenIfIssued = false;  ///< even one whose receipt came out, or may have
 };
+
+/// What the user has to say yes to before this job may be printed again.
+ReprintConsent neededConsent(const DiaryEntry& entry);
 
 enum class Reprint : std::uint8_t {
   done,

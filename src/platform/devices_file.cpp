@@ -296,6 +296,14 @@ DevicesFileError devicesFileError(const std::string& file, TextPosition position
           std::string(reason)};
 }
 
+DevicesFile printingInto(DevicesFile devices, const std::vector<InstalledPrinter>& printers,
+                         const std::string& folder) {
+  devices.printers.clear();
+  for (const InstalledPrinter& printer : printers)
+    devices.printers.push_back({.printer = printer, .target = FolderTarget{folder}, .position = {}});
+  return devices;
+}
+
 std::string underMainFolder(const std::string& path, const std::string& mainFolder) {
   const std::u8string joined = (pathOf(mainFolder) / pathOf(path)).u8string();
   return {joined.begin(), joined.end()};

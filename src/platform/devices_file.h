@@ -89,6 +89,9 @@ std::variant<DevicesFile, DevicesFileError> parseDevicesFile(std::string_view te
 /// The message for something at `position` of `file` that cannot be used.
 DevicesFileError devicesFileError(const std::string& file, TextPosition position, std::string_view reason);
 
+/// The devices where each of `printers` is listed and its documents become files in `folder` (native, UTF-8).
+DevicesFile printingInto(DevicesFile devices, const std::vector<InstalledPrinter>& printers, const std::string& folder);
+
 /// `path` as it is where it is absolute, else under `mainFolder`; all native, in UTF-8.
 std::string underMainFolder(const std::string& path, const std::string& mainFolder);
 

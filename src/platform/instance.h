@@ -27,6 +27,9 @@ std::string whyUnlockable(std::string_view mainFolder);
 /// such process. Only looks: a copy that starts meanwhile is not refused for it.
 std::optional<std::uint32_t> servingProcess(std::string_view mainFolder);
 
+/// The number of this process.
+std::uint32_t thisProcess();
+
 /// Asks the copy that holds the lock of `mainFolder` to end, as Ctrl-C would. To be asked once: a second request may
 /// end the copy in the middle of a job. False when there is no such copy, or none that this user may ask.
 bool requestEnd(std::string_view mainFolder);

@@ -25,6 +25,7 @@ struct SystemOptions {
   std::optional<std::string> localeName;   ///< "it_IT"; absent: the user's own
   bool trace = false;                      ///< print failing steps on standard error
   Trace* alsoTold = nullptr;               ///< who else hears of failing steps
+  std::string printInto;  ///< native folder that every printer's documents go into as files; empty: printers print
 };
 
 /// Owner of all services.

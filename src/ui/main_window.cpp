@@ -16,8 +16,11 @@
 #include "core/settings.h"
 #include "courtesy/serial_printer.h"
 #include "courtesy/setup.h"
+#include "platform/dialogs.h"
 #include "slip/setup.h"
 #include "ui/about_window.h"
+#include "ui/diagnosis_window.h"
+#include "ui/diary_window.h"
 #include "ui/guide.h"
 #include "ui/native.h"
 #include "ui/printers_window.h"
@@ -40,6 +43,12 @@ constexpr int titleAndMenu = 56;
 /// Of the fields, where the screen has no more.
 constexpr int leastHeight = 120;
 constexpr double twipsPerInch = 1440;
+
+/// In code page 1252, as every message box.
+constexpr const char* howToKeepADiary =
+    "Il diario non \xE8 attivo.\n\nPer attivarlo si aggiunge al file devices.toml della cartella di Tellaxis, nella\n"
+    "tabella [bridge]:\n\n[bridge]\ndiary = \"diario\"\narchive = true\n\n"
+    "e si riavvia Tellaxis. Con archive = true di ogni lavoro resta il file, e si\npu\xF2 stamparlo di nuovo.";
 
 /// What else happens when the user changes a control.
 struct ChangeProcedure {
@@ -81,9 +90,11 @@ void stackWhereTooWide(wxSizer& columns, int width) {
 
 }  // namespace
 
-MainWindow::MainWindow(Bridge& bridge, const Activity& activity, std::function<void()> ended)
+MainWindow::MainWindow(Bridge& bridge, const Activity& activity, std::shared_ptr<DeskWork> work,
+                       std::function<void()> ended)
     : wxFrame(nullptr, wxID_ANY, toWx(applicationTitle)),
       bridge_(bridge),
+      work_(std::move(work)),
       ended_(std::move(ended)),
       form_(*this),
       icon_(programIcon(largestIcon)),
@@ -132,6 +143,9 @@ void MainWindow::makeMenus() {
   auto* tools = new wxMenu;
   const int slipTest = tools->Append(wxID_ANY, "&Epson TM-U295")->GetId();
   const int printers = tools->Append(wxID_ANY, "&Stampanti - Porte")->GetId();
+  tools->AppendSeparator();
+  const int diagnosis = tools->Append(wxID_ANY, "&Diagnosi")->GetId();
+  const int diary = tools->Append(wxID_ANY, work_->keepsDiary() ? "D&iario" : "D&iario (non attivo)")->GetId();
   auto* about = new wxMenu;
   about->Append(wxID_HELP, "&Guida")->Enable(guideIsThere());
   about->Append(wxID_ABOUT, "&About Tellaxis");
@@ -146,6 +160,10 @@ void MainWindow::makeMenus() {
       wxEVT_MENU, [this](const wxCommandEvent&) { showTool<SlipTestWindow>(slipTest_, bridge_); }, slipTest);
   Bind(
       wxEVT_MENU, [this](const wxCommandEvent&) { showTool<PrintersWindow>(printers_, bridge_); }, printers);
+  Bind(
+      wxEVT_MENU, [this](const wxCommandEvent&) { showTool<DiagnosisWindow>(diagnosis_, work_); }, diagnosis);
+  Bind(
+      wxEVT_MENU, [this](const wxCommandEvent&) { showDiary(); }, diary);
   Bind(
       wxEVT_MENU, [](const wxCommandEvent&) { showGuide(); }, wxID_HELP);
   Bind(
@@ -237,6 +255,11 @@ wxSizer* MainWindow::makeButtons(wxWindow* parent) {
   return row;
 }
 
+void MainWindow::showDiary() {
+  if (work_->keepsDiary()) return showTool<DiaryWindow>(diary_, work_);
+  bridge_.host.dialogs.show(howToKeepADiary, applicationTitle, platform::Buttons::ok);
+}
+
 void MainWindow::browse(wxWindow* widget, const Field& field) {
   const wxString title = fromUtf8(field.label);
   wxString chosen;
@@ -275,7 +298,7 @@ void MainWindow::unload() {
   if (unloaded_) return;
   unloaded_ = true;
   Form_Unload(bridge_, trayIcon_, form_);
-  for (wxWeakRef<wxFrame>* tool : {&slipTest_, &printers_, &about_})
+  for (wxWeakRef<wxFrame>* tool : {&slipTest_, &printers_, &diagnosis_, &diary_, &about_})
     if (*tool) (*tool)->Destroy();
   Destroy();
   ended_();

@@ -7,20 +7,22 @@
 #include <wx/weakref.h>
 
 #include <functional>
+#include <memory>
 
 #include "core/activity.h"
 #include "core/bridge.h"
 #include "core/form/window.h"
 #include "core/tray_icon.h"
 #include "ui/bound_controls.h"
+#include "ui/model/desk_work.h"
 #include "ui/status_strip.h"
 
 namespace tellaxis::ui {
 
 class MainWindow : public wxFrame {
  public:
-  /// `ended` is called once, after the form was unloaded.
-  MainWindow(Bridge& bridge, const Activity& activity, std::function<void()> ended);
+  /// `work` is what the diagnosis and the diary ask. `ended` is called once, after the form was unloaded.
+  MainWindow(Bridge& bridge, const Activity& activity, std::shared_ptr<DeskWork> work, std::function<void()> ended);
 
   /// The form as the rules know it.
   Window& form() { return form_; }
@@ -65,6 +67,7 @@ class MainWindow : public wxFrame {
   template <typename ToolWindow, typename... Arguments>
   void showTool(wxWeakRef<wxFrame>& tool, Arguments&&... arguments);
 
+  void showDiary();
   void browse(wxWindow* widget, const Field& field);
   void userChanged(const ControlMember& control);
   void cmdSalva();
@@ -72,6 +75,7 @@ class MainWindow : public wxFrame {
   void unload();
 
   Bridge& bridge_;
+  std::shared_ptr<DeskWork> work_;
   std::function<void()> ended_;
   std::function<std::string()> closedFolders_;
   std::string warning_;  ///< what it said last
@@ -83,6 +87,8 @@ class MainWindow : public wxFrame {
   wxStaticText* saved_ = nullptr;
   wxWeakRef<wxFrame> slipTest_;
   wxWeakRef<wxFrame> printers_;
+  wxWeakRef<wxFrame> diagnosis_;
+  wxWeakRef<wxFrame> diary_;
   wxWeakRef<wxFrame> about_;
   bool unloaded_ = false;
 };

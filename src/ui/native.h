@@ -2,9 +2,11 @@
 #pragma once
 
 #include <wx/icon.h>
+#include <wx/image.h>
 #include <wx/window.h>
 
 #include <cstdint>
+#include <string>
 
 namespace tellaxis::ui {
 
@@ -17,6 +19,9 @@ void forgoSignsOfLife();
 
 /// What a screen reader says of a control whose label stands beside it: its name, and what it is for.
 void setAccessible(wxWindow& control, const wxString& name, const wxString& help);
+
+/// The picture that the bytes of a PNG file are; not OK where they are none, or where this system draws no pages.
+wxImage pageImage(const std::string& bytes);
 
 /// The system's handles, as the tray's record wants them; 0 where the system has none.
 std::uintptr_t windowHandle(const wxWindow& window);

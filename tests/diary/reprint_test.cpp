@@ -51,6 +51,20 @@ TEST_F(ReprintTest, AFiscalJobTakesConsent) {
   EXPECT_EQ(computer.files.text("C:\\cassa\\Orbis\\a.txt"), "scontrino");
 }
 
+TEST_F(ReprintTest, TheConsentThatIsNeededIsTheOneThatSuffices) {
+  for (const FiscalOutcome outcome : {FiscalOutcome::givenUp, FiscalOutcome::delivered, FiscalOutcome::confirmed}) {
+    computer.files.put("C:\\cassa\\IN\\a.txt", "scontrino");
+    fiscalJob(outcome);
+    const ReprintConsent needed = neededConsent(entries().back());
+    EXPECT_TRUE(needed.fiscal);
+    EXPECT_EQ(needed.evenIfIssued, outcome != FiscalOutcome::givenUp);
+    EXPECT_EQ(again(needed), Reprint::done);
+    computer.files.erase("C:\\cassa\\Orbis\\a.txt");
+  }
+  devices.Cort_StampaFile("C:\\cassa\\IN\\a.txt");
+  EXPECT_FALSE(neededConsent(entries().back()).fiscal);
+}
+
 TEST_F(ReprintTest, AReceiptThatMayHaveComeOutTakesConsentTwice) {
   for (const FiscalOutcome outcome : {FiscalOutcome::delivered, FiscalOutcome::confirmed}) {
     fiscalJob(outcome);

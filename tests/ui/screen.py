@@ -134,6 +134,11 @@ class Window:
         lists = [item for item in walk(self.main()) if item.name == name and item.getRoleName() == "combo box"]
         self.control(entry, lists[0]).queryAction().doAction(0)
 
+    def table(self, name, window):
+        """The table of this name; its scrolling frame bears the name too."""
+        self.control(name, window)
+        return [item for item in walk(window) if item.name == name and item.getRoleName() == "table"][0]
+
     def labels(self, window=None):
         return [item.name for item in walk(window or self.main()) if item.getRoleName() == "label"]
 
@@ -160,12 +165,22 @@ def is_showing(item):
 
 
 def walk(item):
+    """Everything in a window, but not the cells of a table that nobody could look through."""
+    if item.getRoleName() == "table" and item.childCount > 5000:
+        return
     for index in range(item.childCount):
         child = item.getChildAtIndex(index)
         if child is None:
             continue
         yield child
         yield from walk(child)
+
+
+def rows_of(table):
+    """The texts of a table's rows."""
+    cells = [item.name for item in walk(table) if item.getRoleName() == "table cell"]
+    headers = sum(item.getRoleName() == "table column header" for item in walk(table))
+    return [cells[first : first + headers] for first in range(0, len(cells), headers)]
 
 
 def text_of(item):

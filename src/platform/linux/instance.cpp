@@ -72,6 +72,8 @@ std::string whyUnlockable(std::string_view mainFolder) {
   return lockFileOf(mainFolder) + ": " + utf8FromCodePage(reason);
 }
 
+std::uint32_t thisProcess() { return static_cast<std::uint32_t>(::getpid()); }
+
 std::optional<std::uint32_t> servingProcess(std::string_view mainFolder) {
   struct stat file {};
   if (::lstat(lockFileOf(mainFolder).c_str(), &file) != 0) return std::nullopt;

@@ -91,6 +91,14 @@ class LinuxSystem : public System {
              .trace = *trace_};
 };
 
+/// The same devices where nothing is printed but into a folder.
+DevicesFile withoutPaper(const DevicesFile& devices, const SystemOptions& options) {
+  const auto trace = makeTrace(false, options.alsoTold);
+  const auto nowhere = [](std::string_view) { return std::optional<std::string>(); };
+  const auto printers = openPrinters(devices, options.mainFolder, nowhere, *trace)->Printers();
+  return printingInto(devices, printers.value_or(std::vector<InstalledPrinter>()), options.printInto);
+}
+
 /// What the bridge has open at once with all its devices and a job under way, with something to spare.
 constexpr int descriptorsOfBridge = 64;
 
@@ -111,7 +119,9 @@ std::variant<std::unique_ptr<System>, SystemError> openSystem(const SystemOption
   if (const auto* error = std::get_if<DevicesFileError>(&devices)) return SystemError{error->message};
   // A pipe whose reader has gone is a failing step, not the program's end.
   ::signal(SIGPIPE, SIG_IGN);
-  return std::make_unique<LinuxSystem>(options, *regional, std::get<DevicesFile>(devices));
+  const auto& read = std::get<DevicesFile>(devices);
+  return std::make_unique<LinuxSystem>(options, *regional,
+                                       options.printInto.empty() ? read : withoutPaper(read, options));
 }
 
 }  // namespace tellaxis::platform

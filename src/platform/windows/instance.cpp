@@ -59,6 +59,8 @@ std::unique_ptr<InstanceLock> lockMainFolder(std::string_view mainFolder) {
 /// A mutex of another user's copy is refused for no other reason than that it is there.
 std::string whyUnlockable(std::string_view /*mainFolder*/) { return {}; }
 
+std::uint32_t thisProcess() { return GetCurrentProcessId(); }
+
 std::optional<std::uint32_t> servingProcess(std::string_view mainFolder) {
   const UniqueHandle mutex = owned(OpenMutexW(SYNCHRONIZE, FALSE, nameOf(mainFolder).c_str()));
   if (!mutex && GetLastError() != ERROR_ACCESS_DENIED) return std::nullopt;

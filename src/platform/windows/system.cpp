@@ -97,6 +97,12 @@ std::variant<std::unique_ptr<System>, SystemError> openSystem(const SystemOption
   }
   auto printer = openPrinters(std::get<DevicesFile>(devices), file.value_or(""), options.mainFolder, *trace);
   if (const auto* error = std::get_if<DevicesFileError>(&printer)) return SystemError{error->message};
+  if (!options.printInto.empty()) {
+    const auto printers = std::get<std::unique_ptr<PrinterObject>>(printer)->Printers();
+    const DevicesFile intoFolder = printingInto(std::get<DevicesFile>(devices),
+                                                printers.value_or(std::vector<InstalledPrinter>()), options.printInto);
+    printer = openPrinters(intoFolder, file.value_or(""), options.mainFolder, *trace);
+  }
   return std::make_unique<WindowsSystem>(std::move(trace), std::move(*locale),
                                          std::move(std::get<std::unique_ptr<PrinterObject>>(printer)),
                                          std::get<DevicesFile>(devices).options);

@@ -4,6 +4,8 @@
 #include <X11/Xlib.h>
 #include <gdk/gdkx.h>
 #include <gtk/gtk.h>
+#include <wx/log.h>
+#include <wx/mstream.h>
 
 #include <algorithm>
 #include <vector>
@@ -60,6 +62,13 @@ void setAccessible(wxWindow& control, const wxString& name, const wxString& help
   // The text of a list that can be typed into, or of a box that scrolls, is a widget of its own.
   if (!GTK_IS_BIN(widget)) return;
   if (GtkWidget* inner = gtk_bin_get_child(GTK_BIN(widget)); inner != nullptr) describe(inner, name, help);
+}
+
+wxImage pageImage(const std::string& bytes) {
+  if (wxImage::FindHandler(wxBITMAP_TYPE_PNG) == nullptr) wxImage::AddHandler(new wxPNGHandler);
+  const wxLogNull quiet;
+  wxMemoryInputStream stream(bytes.data(), bytes.size());
+  return wxImage(stream, wxBITMAP_TYPE_PNG);
 }
 
 std::uintptr_t windowHandle(const wxWindow& /*window*/) { return 0; }

@@ -11,6 +11,9 @@ bool displayIsThere() { return true; }
 /// A label that comes right before its control is taken as the name; the layout makes them in this order.
 void setAccessible(wxWindow& /*control*/, const wxString& /*name*/, const wxString& /*help*/) {}
 
+/// Printers draw with their own fonts here, and folder printers write no picture.
+wxImage pageImage(const std::string& /*bytes*/) { return {}; }
+
 std::uintptr_t windowHandle(const wxWindow& window) { return reinterpret_cast<std::uintptr_t>(window.GetHandle()); }
 
 std::uintptr_t iconHandle(const wxIcon& icon) { return reinterpret_cast<std::uintptr_t>(icon.GetHandle()); }
