@@ -19,7 +19,7 @@ constexpr TableColumn columns[] = {{"Periferica", 24}, {"Stato", 14}, {"Che cosa
 
 constexpr int tableColumns = 118;  // characters that are seen without scrolling
 constexpr int tableRows = 16;
-constexpr int detailRows = 5;
+constexpr int detailRows = 6;
 
 struct Trial {
   Device device;
@@ -53,6 +53,7 @@ DiagnosisWindow::DiagnosisWindow(std::shared_ptr<DeskWork> work)
   makeTable(panel);
   details_ = new wxTextCtrl(panel, wxID_ANY, "", wxDefaultPosition, wxDefaultSize, wxTE_MULTILINE | wxTE_READONLY);
   setAccessible(*details_, "Dettagli", fromUtf8("Il problema scelto e il suo rimedio, o com'è finita la prova"));
+  details_->SetMargins(FromDIP(4), FromDIP(4));
   details_->SetMinSize(wxSize(-1, detailRows * details_->GetCharHeight()));
   line_ = new WorkLine(panel, [this] { busyChanged(); });
 

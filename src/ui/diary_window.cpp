@@ -108,6 +108,7 @@ void DiaryWindow::makeTable(wxWindow* parent) {
 wxSizer* DiaryWindow::makeLook(wxWindow* parent) {
   text_ = new wxTextCtrl(parent, wxID_ANY, "", wxDefaultPosition, wxDefaultSize, wxTE_MULTILINE | wxTE_READONLY);
   text_->SetFont(wxFontInfo(GetFont().GetFractionalPointSize()).Family(wxFONTFAMILY_TELETYPE));
+  text_->SetMargins(FromDIP(smallGap), FromDIP(smallGap));
   setAccessible(*text_, "Lavoro", fromUtf8("Il lavoro scelto: com'è finito, e il suo testo"));
   page_ = new PageView(parent);
   page_->Hide();

@@ -5,7 +5,7 @@ import sys
 import time
 from pathlib import Path
 
-from screen import Desk, Window, run, wait_for
+from screen import Desk, Window, run, wait_for, walk
 import fiscal_driver  # in the folder that screen puts on the path
 
 PRINTERS = """
@@ -41,6 +41,25 @@ SETTINGS = dict(
     FTP_User="negozio12",
     WEB_Connection="ADSL",
     WEB_User="cassa",
+)
+
+
+DIARY = """
+[bridge]
+diary = "diario"
+archive = true
+"""
+
+# Text, command, pitch, style; 13 is a bar code.
+COURTESY_JOB = (
+    "PRECONTO#0#14#1",
+    "Tavolo 7      coperti 2#0#14#0",
+    "2 Coperto            4,00#0#14#0",
+    "1 Spaghetti          9,50#0#14#0",
+    "1 Frittura mista    16,00#0#14#0",
+    "TOTALE         € 29,50#0#14#1",
+    "8001234567897#0#14#13",
+    "#1",
 )
 
 
@@ -83,7 +102,7 @@ class Pictures:
 def main():
     desk = Desk()
     try:
-        (desk.main / "devices.toml").write_text(PRINTERS)
+        (desk.main / "devices.toml").write_text(PRINTERS + DIARY)
         fiscal_driver.configure(desk, "ONDA DRIVER - 91", **SETTINGS)
         driver = desk.c("OndaDriver")  # a short name for the picture
         driver.mkdir()
@@ -95,7 +114,8 @@ def main():
         pictures = Pictures(Path(sys.argv[1]), window)
         subprocess.run(["convert", "-size", "200x60", "xc:white", "BMP3:" + str(desk.c("MERIDIA\\LogoCassa.bmp"))], check=True)
         desk.drop("scontr01.txt")
-        desk.drop("preconto.txt", "Totale#0#18#5#1#R\r\n#1\r\n", folder="CortOrbis")
+        courtesy = "".join(line + "\r\n" for line in COURTESY_JOB).encode("cp1252")
+        desk.write_whole(desk.main / "CortOrbis" / "preconto.txt", courtesy)
         pictures.take("main-window", "Tellaxis", marks=["scontr01.txt", "preconto.txt"])
         window.menu("Strumenti", "Epson TM-U295")
         tool = window.frame("TEST Epson TM-U295")
@@ -109,6 +129,19 @@ def main():
         window.menu("Strumenti", "Stampanti - Porte")
         pictures.take("printers", "Elenco Porte Stampanti")
         window.press("Chiudi", window.frame("Elenco Porte Stampanti"))
+        window.menu("Strumenti", "Diagnosi")
+        pictures.take("diagnosis", "Diagnosi", marks=["avvis"])
+        window.press("Chiudi", window.frame("Diagnosi"))
+        wait_for(lambda: "Diagnosi" not in window.frames(), "Diagnosi closed")
+        desk.write_whole(desk.c("MERIDIA\\Display.txt"), "Totale\r\n")  # on a line that is not there
+        desk.write_whole(desk.main / "CortOrbis" / "preconto2.txt", courtesy)
+        wait_for(lambda: not desk.jobs("CortOrbis") and not desk.jobs("CortIN"), "the second job printed")
+        window.menu("Strumenti", "Diario")
+        wait_for(lambda: "Diario" in window.frames(), "Diario")
+        wait_for(lambda: any(item.name == "Pagina" for item in walk(window.frame("Diario"))), "the page")
+        pictures.take("diary", "Diario", marks=["lavor"])
+        window.press("Chiudi", window.frame("Diario"))
+        wait_for(lambda: "Diario" not in window.frames(), "Diario closed")
         window.menu("About", "About Tellaxis")
         pictures.take("about", "About")
         window.press("Chiudi", window.frame("About"))
