@@ -81,6 +81,9 @@ constexpr CodeRow rows[] = {
      "ci sono."},
     {Code::printerNotReady, "printer-not-ready", error,
      "Mettere la carta, chiudere il coperchio, accendere o riavviare la stampante."},
+    {Code::controlFontMissing, "control-font-missing", warning,
+     "Installare il driver del fabbricante della stampante, che ha i caratteri del dispositivo e questo per i "
+     "comandi."},
 
     {Code::ftpUnreachable, "ftp-unreachable", error,
      "Controllare FTP_Indirizzo, la rete e il firewall (porta 21 e collegamenti passivi)."},

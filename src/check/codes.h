@@ -49,6 +49,7 @@ enum class Code : std::uint8_t {
   logoUnreadable,
   printerMissing,
   printerNotReady,
+  controlFontMissing,
 
   ftpUnreachable,
   ftpRefused,

@@ -71,6 +71,9 @@ class PrinterObject {
   /// or it does not answer. Takes up to 0.3 seconds, of a system's queue two.
   virtual PrinterState state(std::string_view deviceName) = 0;
 
+  /// Whether the first installed printer of this name prints in this font; true also where that cannot be known.
+  virtual bool hasFont(std::string_view deviceName, std::string_view font) = 0;
+
   /// Font of the statements to come. An empty name is a failure.
   virtual bool FontName(std::string_view name) = 0;
 

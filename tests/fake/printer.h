@@ -31,6 +31,8 @@ class PrinterObject : public platform::PrinterObject {
   std::vector<platform::Picture> pictures;
   /// What printers say of themselves, by name; one that is not here is ready.
   std::map<std::string, platform::PrinterState> states;
+  /// Fonts that printers lack, by printer.
+  std::map<std::string, std::string> missingFonts;
   /// Documents that were ended, in that order.
   std::vector<PrintedDocument> printed;
 
@@ -58,6 +60,11 @@ class PrinterObject : public platform::PrinterObject {
     if (found == installed.end()) return platform::PrinterState::unknown;
     const auto told = states.find(found->DeviceName);
     return told == states.end() ? platform::PrinterState::ready : told->second;
+  }
+  bool hasFont(std::string_view deviceName, std::string_view font) override {
+    if (!journal_.record("hasFont " + std::string(deviceName) + ", " + std::string(font))) return true;
+    const auto missing = missingFonts.find(std::string(deviceName));
+    return missing == missingFonts.end() || missing->second != font;
   }
   std::string DeviceName() override {
     if (!journal_.record("DeviceName") || current >= installed.size()) return {};

@@ -93,6 +93,21 @@ class DeviceFonts(Scenario):
         self.assertEqual(len(told), 1, program.complaints)
         self.assertIn("non ha questo carattere", told[0])
 
+    def test_a_driver_without_the_control_font_is_told_of_by_the_check(self):
+        DevicePrinter(self.desk, "SAMSUNG SRP-500", "COM3:", ["FontA15cpi"])
+        self.assertIn("control-font-missing", self.checked())
+
+    def test_a_driver_with_the_control_font_is_in_order(self):
+        DevicePrinter(self.desk, "SAMSUNG SRP-500", "COM3:", ["FontA15cpi", "FontControl"])
+        self.assertNotIn("control-font-missing", self.checked())
+
+    def checked(self):
+        self.desk.settings(Orbis_Setting=0, Cort_Active=-1, Cort_Printer="SAMSUNG", Cort_Com=3, Cort_Logo=0)
+        program = self.desk.launch(*self.desk.arguments(), "controlla", "--json")
+        program.wait(60)
+        self.assertTrue(program.output, program.complaints)
+        return "\n".join(program.output)
+
     def test_a_printer_that_asks_for_a_file_name_is_refused_and_the_next_job_is_printed(self):
         DevicePrinter(self.desk, "Stampa in un file", "FILE:", ["FontA11"])
         self.desk.settings(Cort_Active=-1, Cort_Printer="OLIVETTI PRT100 NonFiscale", Cort_Com="LPT7", Cort_Logo=0)

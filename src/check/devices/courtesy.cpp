@@ -9,6 +9,7 @@
 #include "check/words.h"
 #include "courtesy/port_choice.h"
 #include "courtesy/printer_types.h"
+#include "courtesy/samsung_models.h"
 #include "platform/printers.h"
 
 namespace tellaxis {
@@ -21,6 +22,7 @@ struct PrinterUse {
   std::string (*port)(const Bridge& bridge) = nullptr;  ///< none: the serial line itself
   Matching matching = Matching::exact;
   WithoutPrinter without = WithoutPrinter::printsNothing;
+  std::string_view controlFont = {};  ///< in which it sends its commands, where it does
 };
 
 constexpr PrinterUse printerUses[] = {
@@ -28,7 +30,7 @@ constexpr PrinterUse printerUses[] = {
      .port = portName,
      .matching = Matching::ignoringCase,
      .without = WithoutPrinter::printsOnCurrent},
-    {.type = courtesy_type::samsung, .port = serialPortName},
+    {.type = courtesy_type::samsung, .port = serialPortName, .controlFont = controlFont},
     {.type = courtesy_type::dpt282},
     {.type = courtesy_type::unipos,
      .port = portName,
@@ -48,11 +50,15 @@ void checkPrinter(const CheckScene& scene, const PrinterUse& use, const LineKeys
   if (use.port == nullptr) return checkLine(scene, findings, line);
   const std::string port = use.port(scene.bridge);
   const platform::PrinterSearch found = findPrinterOnPort(scene.bridge.host, port, use.matching);
-  if (found.index)
-    checkPrinterState(scene, findings, found.printer.DeviceName);
-  else
-    addMissingPrinter(scene, findings, "Nessuna stampante installata \xE8 sulla porta " + port + " (CORT_COM)",
-                      use.without);
+  if (!found.index)
+    return addMissingPrinter(scene, findings, "Nessuna stampante installata \xE8 sulla porta " + port + " (CORT_COM)",
+                             use.without);
+  const std::string& name = found.printer.DeviceName;
+  checkPrinterState(scene, findings, name);
+  if (!use.controlFont.empty() && !scene.bridge.host.Printer.hasFont(name, use.controlFont))
+    findings.add(Code::controlFontMissing, "Il driver della stampante " + name + " non ha il carattere " +
+                                               std::string(use.controlFont) +
+                                               ": la carta non viene tagliata e i comandi si stampano come lettere.");
 }
 
 }  // namespace

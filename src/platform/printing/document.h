@@ -62,6 +62,9 @@ class PrinterBackEnd {
 
   /// What the device says of itself now.
   virtual PrinterState state() = 0;
+
+  /// Whether the device prints in this font; true also where that cannot be known.
+  virtual bool hasFont(std::string_view /*font*/) { return true; }
 };
 
 }  // namespace tellaxis::platform

@@ -47,13 +47,25 @@ std::string StreamingPrinter::DeviceName() {
   return printer == nullptr ? std::string() : printer->printer.DeviceName;
 }
 
-PrinterState StreamingPrinter::state(std::string_view deviceName) {
+/// What the back end of the first printer of this name answers; `unknown` where there is none.
+template <typename Answer>
+Answer StreamingPrinter::asked(std::string_view deviceName, Answer unknown,
+                               const std::function<Answer(PrinterBackEnd&)>& ask) {
   const PrinterSearch named = findPrinterNamed(*this, deviceName);
-  if (!named.index) return PrinterState::unknown;
+  if (!named.index) return unknown;
   const Enumerated& printer = enumeration_[*named.index];
-  if (printer.listed != nullptr) return printer.listed->state();
+  if (printer.listed != nullptr) return ask(*printer.listed);
   const auto backEnd = system_->backEnd(printer.printer);
-  return backEnd ? backEnd->state() : PrinterState::unknown;
+  return backEnd ? ask(*backEnd) : unknown;
+}
+
+PrinterState StreamingPrinter::state(std::string_view deviceName) {
+  return asked<PrinterState>(deviceName, PrinterState::unknown,
+                             [](PrinterBackEnd& printer) { return printer.state(); });
+}
+
+bool StreamingPrinter::hasFont(std::string_view deviceName, std::string_view font) {
+  return asked<bool>(deviceName, true, [font](PrinterBackEnd& printer) { return printer.hasFont(font); });
 }
 
 bool StreamingPrinter::FontName(std::string_view name) {

@@ -52,6 +52,7 @@ class StreamingPrinter final : public PrinterObject {
   bool select(std::size_t index) override;
   std::string DeviceName() override;
   PrinterState state(std::string_view deviceName) override;
+  bool hasFont(std::string_view deviceName, std::string_view font) override;
 
   bool FontName(std::string_view name) override;
   bool FontSize(double points) override;
@@ -99,6 +100,8 @@ class StreamingPrinter final : public PrinterObject {
     Color color;
   };
 
+  template <typename Answer>
+  Answer asked(std::string_view deviceName, Answer unknown, const std::function<Answer(PrinterBackEnd&)>& ask);
   bool listSystem();
   const Enumerated* current(std::string_view operation);
   std::optional<Enumerated> defaultPrinter();

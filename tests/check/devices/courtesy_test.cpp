@@ -55,6 +55,14 @@ TEST_F(CourtesyCheck, APrinterThatCannotPrintSaysWhy) {
   }
 }
 
+TEST_F(CourtesyCheck, ADriverWithoutTheControlFontDoesNotCut) {
+  computer.Printer.missingFonts = {{"SAMSUNG SRP-500", "FontControl"}};
+  EXPECT_THAT(problems(), ElementsAre("control-font-missing"));
+  expectFinding("control-font-missing", Checked::courtesy, Level::warning, "SAMSUNG SRP-500 non ha");
+  setting("CORT_Printer", "OLIVETTI PRT100 NonFiscale");
+  EXPECT_THAT(problems(), IsEmpty()) << "it has no commands of that kind";
+}
+
 TEST_F(CourtesyCheck, APrinterThatStillPrintsOrDoesNotSayIsNoProblem) {
   using platform::PrinterState;
   for (const PrinterState state : {PrinterState::ready, PrinterState::paperLow, PrinterState::unknown}) {

@@ -19,8 +19,8 @@ TEST_F(GeneralCheck, NothingIsWrittenCreatedMovedDeletedStartedOrOpened) {
   network = true;
   setting("FTP_Indirizzo", "ftp.example");
   findings();
-  constexpr std::string_view looks[] = {"read [", "list ",      "Printers",  "DeviceName", "LoadPicture ",
-                                        "state ", "ftp create", "ftp logIn", "ftp release"};
+  constexpr std::string_view looks[] = {"read [", "list ",    "Printers",   "DeviceName", "LoadPicture ",
+                                        "state ", "hasFont ", "ftp create", "ftp logIn",  "ftp release"};
   for (const std::string& call : computer.journal.calls())
     EXPECT_TRUE(std::ranges::any_of(looks, [&](std::string_view look) { return call.starts_with(look); })) << call;
   EXPECT_FALSE(inspection.askedToOpen) << "a bridge runs";

@@ -195,6 +195,12 @@ class GdiBackEnd : public PrinterBackEnd {
 
   PrinterState state() override { return stateOfLocalPrinter(printer_.DeviceName); }
 
+  /// A face of the system's own serves as well: only one that nobody has is missing.
+  bool hasFont(std::string_view font) override {
+    const DeviceContext context(CreateICW(L"WINSPOOL", wide(printer_.DeviceName).c_str(), nullptr, nullptr));
+    return !context || lookUp(context.get(), wide(font)).found;
+  }
+
  private:
   InstalledPrinter printer_;
   Trace& trace_;
