@@ -1,6 +1,7 @@
 // Diagnosis window: the table of findings, the chosen one at length, and the buttons.
 #include "ui/diagnosis_window.h"
 
+#include <wx/display.h>
 #include <wx/panel.h>
 #include <wx/settings.h>
 #include <wx/sizer.h>
@@ -19,6 +20,9 @@ constexpr TableColumn columns[] = {{"Periferica", 24}, {"Stato", 14}, {"Che cosa
 
 constexpr int tableColumns = 118;  // characters that are seen without scrolling
 constexpr int tableRows = 16;
+constexpr int rowGap = 6;
+/// What the window has beside the table.
+constexpr int frame = 48;
 constexpr int detailRows = 6;
 
 struct Trial {
@@ -77,7 +81,10 @@ void DiagnosisWindow::makeTable(wxWindow* parent) {
       },
       [this](std::size_t row) { return colourOf(diagnosis_.at(row).level); });
   setAccessible(*table_, "Controlli", "Che cosa va e che cosa non va, periferica per periferica");
-  table_->SetMinSize(wxSize(tableColumns * table_->GetTextExtent("0").x, tableRows * (table_->GetCharHeight() + 6)));
+  wxSize size(tableColumns * table_->GetTextExtent("0").x, tableRows * (table_->GetCharHeight() + FromDIP(rowGap)));
+  const wxSize screen = wxDisplay(this).GetClientArea().GetSize();
+  size.DecTo(wxSize(screen.x - FromDIP(frame), screen.y / 2));
+  table_->SetMinSize(size);
   table_->Bind(wxEVT_DATAVIEW_SELECTION_CHANGED, [this](const wxDataViewEvent&) { showChosen(); });
 }
 

@@ -39,6 +39,14 @@ class LargeFont(WindowScenario):
         self.assertLessEqual(last.x + last.width, window.x + window.width)
         run("xdotool", "mousemove", "1", "1")
 
+    def test_the_diagnosis_is_no_wider_than_the_screen(self):
+        self.window.menu("Strumenti", "Diagnosi")
+        frame = self.window.frame("Diagnosi")
+        wait_for(lambda: any("avvis" in label for label in self.window.labels(frame)), "the findings")
+        window = frame.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+        self.assertLessEqual(window.width, 1024)
+        self.assertLessEqual(window.height, 768)
+
 
 if __name__ == "__main__":
     unittest.main()
