@@ -57,7 +57,7 @@ int main(int count, char** words) {
   for (int i = 4; i < count; ++i) {
     std::string font = words[i];
     SetPrinterDataExA(printer, "PrinterDriverData\\FontSubTable", font.c_str(), REG_SZ,
-                      reinterpret_cast<BYTE*>(font.data()), static_cast<DWORD>(font.size() + 1));
+                      reinterpret_cast<BYTE*>(font.data()), static_cast<DWORD>(font.size()) + 1);
   }
   return SetDefaultPrinterA(words[1]) ? 0 : 1;
 }

@@ -107,7 +107,7 @@ TEST_F(NetworkPrinter, ThatIsOffIsGivenUpAfterTwoSeconds) {
     other = socket(AF_INET, SOCK_STREAM, 0);
     u_long waits = 1;
     ioctlsocket(other, FIONBIO, &waits);
-    connect(other, listener.generic(), sizeof(sockaddr_in));
+    EXPECT_EQ(connect(other, listener.generic(), sizeof(sockaddr_in)), SOCKET_ERROR) << "it waits";
   }
   std::this_thread::sleep_for(100ms);
   const auto begin = steady_clock::now();
