@@ -102,14 +102,33 @@ class HangingUpServer:
                 client.sendall(b"150 Arriva.\r\n")
                 connection, _ = data.accept()
                 connection.sendall(self._content[: len(self._content) // 2])
+                self._stop_sending()
                 connection.close()
                 data.close()
                 return
             else:
                 client.sendall(answers.get(verb, b"502 Sconosciuto.") + b"\r\n")
 
+    def _stop_sending(self):
+        """What comes between half a file and the end of all connections."""
+
     def close(self):
         self._listener.close()
+
+
+class StallingServer(HangingUpServer):
+    """Sends half of every file and then nothing, with all connections open."""
+
+    def __init__(self, content):
+        self._over = threading.Event()
+        super().__init__(content)
+
+    def _stop_sending(self):
+        self._over.wait()
+
+    def close(self):
+        self._over.set()
+        super().close()
 
 
 class SilentServer:
