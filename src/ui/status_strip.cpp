@@ -74,11 +74,11 @@ StatusStrip::StatusStrip(wxWindow* parent, const Bridge& bridge, const Activity&
 }
 
 void StatusStrip::warn(const std::string& text) {
-  const wxString shown = toWx(text);
-  if (warning_->GetLabelText() == shown && warning_->IsShown() == !shown.empty()) return;
-  setText(warning_, shown);
-  setHelp(warning_, shown);
-  warning_->Show(!shown.empty());
+  const wxString label = toWx(text);
+  if (warning_->GetLabelText() == label && warning_->IsShown() == !label.empty()) return;
+  setText(warning_, label);
+  setHelp(warning_, label);
+  warning_->Show(!label.empty());
   GetParent()->Layout();
 }
 
