@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <optional>
 
-#include "app/diary_arguments.h"
+#include "app/commands/diary_arguments.h"
 #include "platform/program.h"
 
 namespace tellaxis {

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <variant>
 
-#include "app/check_command.h"
-#include "app/diary_command.h"
+#include "app/commands/check_command.h"
+#include "app/commands/diary_command.h"
 #include "app/options.h"
 #include "platform/clock.h"
 #include "platform/system.h"

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "app/command_line.h"
-#include "app/end_copy.h"
-#include "app/one_shot.h"
+#include "app/commands/end_copy.h"
+#include "app/commands/one_shot.h"
 #include "app/second_copy.h"
 #include "app/window_program.h"
 #include "core/activity.h"

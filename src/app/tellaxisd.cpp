@@ -7,10 +7,10 @@
 #include <vector>
 
 #include "app/command_line.h"
+#include "app/commands/end_copy.h"
+#include "app/commands/one_shot.h"
 #include "app/connected_devices.h"
-#include "app/end_copy.h"
 #include "app/job_diary.h"
-#include "app/one_shot.h"
 #include "app/resident.h"
 #include "app/second_copy.h"
 #include "core/activity.h"

@@ -6,12 +6,12 @@
 
 #include <cstdlib>
 
-#include "app/desk_work.h"
+#include "app/background_services.h"
 #include "core/startup.h"
 #include "core/tray_icon.h"
 #include "platform/printers.h"
 #include "ui/model/closed_folders.h"
-#include "ui/work_line.h"
+#include "ui/tools/work_line.h"
 
 namespace tellaxis {
 
@@ -62,7 +62,7 @@ WindowProgram::WindowProgram(const WindowSurroundings& surroundings, const std::
       polling_(bridge_, diary_ ? diary_->devices() : noted_),
       window_(new ui::MainWindow(
           bridge_, surroundings.activity,
-          std::make_shared<SystemDeskWork>(surroundings.options, surroundings.system.options(), mainFolder),
+          std::make_shared<BackgroundServices>(surroundings.options, surroundings.system.options(), mainFolder),
           [this] { formEnded(); })) {
   modalDialogs();
   bridge_.paper = paper_.get();

@@ -19,14 +19,14 @@
 #include "platform/dialogs.h"
 #include "slip/setup.h"
 #include "ui/about_window.h"
-#include "ui/diagnosis_window.h"
-#include "ui/diary_window.h"
 #include "ui/guide.h"
 #include "ui/native.h"
-#include "ui/printers_window.h"
 #include "ui/program_icon.h"
-#include "ui/slip_test_window.h"
 #include "ui/text.h"
+#include "ui/tools/diagnosis_window.h"
+#include "ui/tools/diary_window.h"
+#include "ui/tools/printers_window.h"
+#include "ui/tools/slip_test_window.h"
 
 namespace tellaxis::ui {
 
@@ -90,7 +90,7 @@ void stackWhereTooWide(wxSizer& columns, int width) {
 
 }  // namespace
 
-MainWindow::MainWindow(Bridge& bridge, const Activity& activity, std::shared_ptr<DeskWork> work,
+MainWindow::MainWindow(Bridge& bridge, const Activity& activity, std::shared_ptr<BackgroundWork> work,
                        std::function<void()> ended)
     : wxFrame(nullptr, wxID_ANY, toWx(applicationTitle)),
       bridge_(bridge),

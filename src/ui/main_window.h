@@ -14,7 +14,7 @@
 #include "core/form/window.h"
 #include "core/tray_icon.h"
 #include "ui/bound_controls.h"
-#include "ui/model/desk_work.h"
+#include "ui/model/background_work.h"
 #include "ui/status_strip.h"
 
 namespace tellaxis::ui {
@@ -22,7 +22,8 @@ namespace tellaxis::ui {
 class MainWindow : public wxFrame {
  public:
   /// `work` is what the diagnosis and the diary ask. `ended` is called once, after the form was unloaded.
-  MainWindow(Bridge& bridge, const Activity& activity, std::shared_ptr<DeskWork> work, std::function<void()> ended);
+  MainWindow(Bridge& bridge, const Activity& activity, std::shared_ptr<BackgroundWork> work,
+             std::function<void()> ended);
 
   /// The form as the rules know it.
   Window& form() { return form_; }
@@ -75,7 +76,7 @@ class MainWindow : public wxFrame {
   void unload();
 
   Bridge& bridge_;
-  std::shared_ptr<DeskWork> work_;
+  std::shared_ptr<BackgroundWork> work_;
   std::function<void()> ended_;
   std::function<std::string()> closedFolders_;
   std::string warning_;  ///< what it said last

@@ -1,12 +1,12 @@
 // One-shot: single operations without the start-up.
-#include "app/one_shot.h"
+#include "app/commands/one_shot.h"
 
 #include <utility>
 #include <variant>
 #include <vector>
 
-#include "app/ports_command.h"
-#include "app/trial_command.h"
+#include "app/commands/ports_command.h"
+#include "app/commands/trial_command.h"
 #include "connect/ftp.h"
 #include "connect/schedule.h"
 #include "core/bridge.h"

@@ -8,16 +8,16 @@
 #include <memory>
 #include <vector>
 
-#include "ui/model/desk_work.h"
+#include "ui/model/background_work.h"
 #include "ui/model/diagnosis.h"
-#include "ui/table.h"
-#include "ui/work_line.h"
+#include "ui/tools/table.h"
+#include "ui/tools/work_line.h"
 
 namespace tellaxis::ui {
 
 class DiagnosisWindow : public wxFrame {
  public:
-  explicit DiagnosisWindow(std::shared_ptr<DeskWork> work);
+  explicit DiagnosisWindow(std::shared_ptr<BackgroundWork> work);
 
  private:
   void makeTable(wxWindow* parent);
@@ -30,7 +30,7 @@ class DiagnosisWindow : public wxFrame {
   void showChosen();
   void busyChanged();
 
-  std::shared_ptr<DeskWork> work_;
+  std::shared_ptr<BackgroundWork> work_;
   Diagnosis diagnosis_;
   Table* table_ = nullptr;
   wxTextCtrl* details_ = nullptr;

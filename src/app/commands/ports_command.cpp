@@ -1,5 +1,5 @@
 // Ports command: columns of text.
-#include "app/ports_command.h"
+#include "app/commands/ports_command.h"
 
 #include <algorithm>
 

@@ -1,14 +1,14 @@
-// Desk work: check, trial, diary and preview, each with services of its own.
-#include "app/desk_work.h"
+// Background services: check, trial, diary and preview, each with services of its own.
+#include "app/background_services.h"
 
 #include <algorithm>
 #include <stdexcept>
 #include <utility>
 #include <variant>
 
-#include "app/diary_command.h"
+#include "app/commands/diary_command.h"
+#include "app/commands/trial_command.h"
 #include "app/scratch_folder.h"
-#include "app/trial_command.h"
 #include "check/check.h"
 #include "core/input/input_bytes.h"
 #include "diary/diary.h"
@@ -44,13 +44,14 @@ std::string withoutLineEnd(std::string text) {
 
 }  // namespace
 
-SystemDeskWork::SystemDeskWork(platform::SystemOptions system, platform::BridgeOptions bridge, std::string mainFolder)
+BackgroundServices::BackgroundServices(platform::SystemOptions system, platform::BridgeOptions bridge,
+                                       std::string mainFolder)
     : system_(std::move(system)),
       bridge_(std::move(bridge)),
       mainFolder_(std::move(mainFolder)),
       diary_(diaryFolder(bridge_, mainFolder_)) {}
 
-std::unique_ptr<platform::System> SystemDeskWork::open(const std::string& printInto) const {
+std::unique_ptr<platform::System> BackgroundServices::open(const std::string& printInto) const {
   platform::SystemOptions options = system_;
   options.alsoTold = nullptr;
   options.printInto = printInto;
@@ -60,18 +61,18 @@ std::unique_ptr<platform::System> SystemDeskWork::open(const std::string& printI
 }
 
 /// The copy that serves the folder is the one with this window.
-std::vector<Finding> SystemDeskWork::check(bool network) {
+std::vector<Finding> BackgroundServices::check(bool network) {
   const auto system = open();
   const auto inspection = system->openInspection();
   return checkInstallation(system->host(), *inspection, system->options(),
                            {.mainFolder = mainFolder_, .servingProcess = platform::thisProcess(), .network = network});
 }
 
-std::string SystemDeskWork::tryDevice(Device device) {
+std::string BackgroundServices::tryDevice(Device device) {
   return withoutLineEnd(tryOnce(open()->host(), bridge_, mainFolder_, device, true).text);
 }
 
-std::vector<Day> SystemDeskWork::days() {
+std::vector<Day> BackgroundServices::days() {
   const auto system = open();
   platform::Host& host = system->host();
   std::vector<Day> days = daysIn(host.files, diary_);
@@ -80,9 +81,9 @@ std::vector<Day> SystemDeskWork::days() {
   return days;
 }
 
-std::vector<DiaryEntry> SystemDeskWork::entries(Day day) { return readDay(open()->host(), diary_, day); }
+std::vector<DiaryEntry> BackgroundServices::entries(Day day) { return readDay(open()->host(), diary_, day); }
 
-ui::JobLook SystemDeskWork::lookAt(const DiaryEntry& entry) {
+ui::JobLook BackgroundServices::lookAt(const DiaryEntry& entry) {
   ui::JobLook look;
   if (entry.copy.empty()) return look;
   const std::string copy = diary_ + "\\" + entry.copy;
@@ -95,7 +96,7 @@ ui::JobLook SystemDeskWork::lookAt(const DiaryEntry& entry) {
   return look;
 }
 
-void SystemDeskWork::addPages(ui::JobLook& look, const DiaryEntry& entry, const std::string& copy) const {
+void BackgroundServices::addPages(ui::JobLook& look, const DiaryEntry& entry, const std::string& copy) const {
   if (entry.device != Device::courtesyPrinter && entry.device != Device::slipPrinter) return;
   const ScratchFolder folder;
   const auto at = codePageFromUtf8(folder.path());
@@ -108,7 +109,7 @@ void SystemDeskWork::addPages(ui::JobLook& look, const DiaryEntry& entry, const 
   look.pages = folder.contentsOf(".png");
 }
 
-std::string SystemDeskWork::reprint(const std::string& id, ReprintConsent consent) {
+std::string BackgroundServices::reprint(const std::string& id, ReprintConsent consent) {
   const DiaryRequest request{.query = {}, .id = id, .consent = consent};
   return withoutLineEnd(reprintFromDiary(open()->host(), bridge_, mainFolder_, request, true).text);
 }

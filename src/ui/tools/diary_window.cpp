@@ -1,5 +1,5 @@
 // Diary window: choices above, the table and the chosen job side by side, and what may be done below.
-#include "ui/diary_window.h"
+#include "ui/tools/diary_window.h"
 
 #include <wx/display.h>
 #include <wx/panel.h>
@@ -8,10 +8,10 @@
 #include <algorithm>
 #include <iterator>
 
-#include "ui/confirm.h"
 #include "ui/native.h"
 #include "ui/program_icon.h"
 #include "ui/text.h"
+#include "ui/tools/confirm.h"
 
 namespace tellaxis::ui {
 
@@ -42,7 +42,7 @@ wxString readable(std::string text) {
 
 }  // namespace
 
-DiaryWindow::DiaryWindow(std::shared_ptr<DeskWork> work)
+DiaryWindow::DiaryWindow(std::shared_ptr<BackgroundWork> work)
     : wxFrame(nullptr, wxID_ANY, "Diario"), work_(std::move(work)) {
   SetIcons(programIcons());
   auto* panel = new wxPanel(this);

@@ -1,5 +1,5 @@
 // Printers window: the list, built when the window opens.
-#include "ui/printers_window.h"
+#include "ui/tools/printers_window.h"
 
 #include <wx/button.h>
 #include <wx/panel.h>

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "app/command_line.h"
-#include "app/diary_command.h"
+#include "app/commands/diary_command.h"
 #include "platform/bridge_options.h"
 #include "platform/clock.h"
 #include "platform/host.h"

@@ -1,5 +1,5 @@
 // One-shot: operations called for from outside touch nothing but what is theirs.
-#include "app/one_shot.h"
+#include "app/commands/one_shot.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // Check command: from the findings to text and status.
-#include "app/check_command.h"
+#include "app/commands/check_command.h"
 
 #include "check/check.h"
 #include "check/report.h"

@@ -1,5 +1,5 @@
 // Confirm: the toolkit's dialog with its buttons named after what they do.
-#include "ui/confirm.h"
+#include "ui/tools/confirm.h"
 
 #include <wx/generic/msgdlgg.h>
 

@@ -1,4 +1,4 @@
-// Desk work: what the windows ask beside the bridge, and what may take its time.
+// Background work: what the windows ask beside the bridge, and what may take its time.
 #pragma once
 
 #include <string>
@@ -21,9 +21,9 @@ struct JobLook {
 
 /// Every operation is called on a thread of its own, beside the bridge, and shares nothing with it but the disk. Any of
 /// them throws `std::runtime_error` with an Italian text in UTF-8 where it cannot be done at all.
-class DeskWork {
+class BackgroundWork {
  public:
-  virtual ~DeskWork() = default;
+  virtual ~BackgroundWork() = default;
 
   /// What is wrong; servers are asked only with `network`.
   virtual std::vector<Finding> check(bool network) = 0;

@@ -1,5 +1,5 @@
 // Diagnosis window: the table of findings, the chosen one at length, and the buttons.
-#include "ui/diagnosis_window.h"
+#include "ui/tools/diagnosis_window.h"
 
 #include <wx/display.h>
 #include <wx/panel.h>
@@ -49,7 +49,7 @@ std::optional<wxColour> colourOf(Level level) {
 
 }  // namespace
 
-DiagnosisWindow::DiagnosisWindow(std::shared_ptr<DeskWork> work)
+DiagnosisWindow::DiagnosisWindow(std::shared_ptr<BackgroundWork> work)
     : wxFrame(nullptr, wxID_ANY, "Diagnosi"), work_(std::move(work)) {
   SetIcons(programIcons());
   const int gap = FromDIP(8);

@@ -1,5 +1,5 @@
 // Slip test window: two boxes and the button that prints.
-#include "ui/slip_test_window.h"
+#include "ui/tools/slip_test_window.h"
 
 #include <wx/button.h>
 #include <wx/panel.h>

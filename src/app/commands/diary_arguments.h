@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "app/diary_command.h"
+#include "app/commands/diary_command.h"
 #include "app/options.h"
 
 namespace tellaxis {

@@ -1,4 +1,4 @@
-// Desk work: the windows' questions answered by the commands' own means, with services of their own.
+// Background services: the windows' questions answered by the commands' own means, with services of their own.
 #pragma once
 
 #include <memory>
@@ -7,15 +7,15 @@
 
 #include "platform/bridge_options.h"
 #include "platform/system.h"
-#include "ui/model/desk_work.h"
+#include "ui/model/background_work.h"
 
 namespace tellaxis {
 
 /// Opens the services anew for each operation, as a command beside the bridge would: so it may run on any thread.
-class SystemDeskWork : public ui::DeskWork {
+class BackgroundServices : public ui::BackgroundWork {
  public:
   /// `bridge` is what the devices file switched on when the bridge started; `mainFolder` is in code page 1252.
-  SystemDeskWork(platform::SystemOptions system, platform::BridgeOptions bridge, std::string mainFolder);
+  BackgroundServices(platform::SystemOptions system, platform::BridgeOptions bridge, std::string mainFolder);
 
   std::vector<Finding> check(bool network) override;
   std::string tryDevice(Device device) override;

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "app/diary_command.h"
+#include "app/commands/diary_command.h"
 #include "core/activity.h"
 #include "platform/bridge_options.h"
 #include "platform/host.h"

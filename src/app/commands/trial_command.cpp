@@ -1,5 +1,5 @@
 // Trial command: the trial, then its line in the diary.
-#include "app/trial_command.h"
+#include "app/commands/trial_command.h"
 
 #include <chrono>
 #include <optional>

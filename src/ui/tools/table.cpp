@@ -1,5 +1,5 @@
 // Table: the toolkit's model over two functions.
-#include "ui/table.h"
+#include "ui/tools/table.h"
 
 #include "ui/text.h"
 

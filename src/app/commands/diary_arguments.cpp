@@ -1,5 +1,5 @@
 // Diary arguments: checking.
-#include "app/diary_arguments.h"
+#include "app/commands/diary_arguments.h"
 
 #include <string_view>
 

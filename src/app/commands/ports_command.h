@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "app/diary_command.h"
+#include "app/commands/diary_command.h"
 #include "platform/devices_file.h"
 #include "platform/host.h"
 #include "platform/inspection.h"

@@ -12,17 +12,17 @@
 #include <string>
 #include <vector>
 
-#include "ui/model/desk_work.h"
+#include "ui/model/background_work.h"
 #include "ui/model/diary_list.h"
-#include "ui/page_view.h"
-#include "ui/table.h"
-#include "ui/work_line.h"
+#include "ui/tools/page_view.h"
+#include "ui/tools/table.h"
+#include "ui/tools/work_line.h"
 
 namespace tellaxis::ui {
 
 class DiaryWindow : public wxFrame {
  public:
-  explicit DiaryWindow(std::shared_ptr<DeskWork> work);
+  explicit DiaryWindow(std::shared_ptr<BackgroundWork> work);
 
  private:
   struct LoadedDay {
@@ -48,7 +48,7 @@ class DiaryWindow : public wxFrame {
   void reprintChosen();
   void busyChanged();
 
-  std::shared_ptr<DeskWork> work_;
+  std::shared_ptr<BackgroundWork> work_;
   DiaryList list_;
   std::vector<Day> days_;  ///< in the order of the choice
   wxChoice* day_ = nullptr;

@@ -1,5 +1,5 @@
 // End copy: one request, then looking whether the main folder is free.
-#include "app/end_copy.h"
+#include "app/commands/end_copy.h"
 
 #include <chrono>
 #include <thread>

@@ -1,12 +1,12 @@
 // Check commands: what the command line asks for, and status and form of the answers.
-#include "app/check_command.h"
+#include "app/commands/check_command.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "app/command_line.h"
-#include "app/ports_command.h"
-#include "app/trial_command.h"
+#include "app/commands/ports_command.h"
+#include "app/commands/trial_command.h"
 #include "fake/computer.h"
 #include "fake/inspection.h"
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "app/diary_command.h"
+#include "app/commands/diary_command.h"
 #include "platform/bridge_options.h"
 #include "platform/host.h"
 #include "platform/inspection.h"

@@ -1,5 +1,5 @@
 // Page view: pictures in a column.
-#include "ui/page_view.h"
+#include "ui/tools/page_view.h"
 
 #include <wx/image.h>
 #include <wx/settings.h>

@@ -1,5 +1,5 @@
 // Diary command: entries as lines of text, and a reprint with what it says.
-#include "app/diary_command.h"
+#include "app/commands/diary_command.h"
 
 #include <string_view>
 

@@ -1,5 +1,5 @@
 // Work line: threads, and the way back to the window.
-#include "ui/work_line.h"
+#include "ui/tools/work_line.h"
 
 #include <wx/app.h>
 #include <wx/sizer.h>

@@ -1,5 +1,5 @@
 // Diary command: what `diario` shows, and what `ristampa` loads and says.
-#include "app/diary_command.h"
+#include "app/commands/diary_command.h"
 
 #include <gtest/gtest.h>
 
