@@ -25,6 +25,7 @@
 #include "platform/ftp/ftp_limits.h"
 #include "platform/program.h"
 #include "platform/windows/files/file_operations.h"
+#include "platform/windows/files/stale_files.h"
 #include "platform/windows/kernel/native.h"
 
 namespace tellaxis::platform {
@@ -203,6 +204,8 @@ class WinInetClient : public FtpClient {
     const std::wstring local = wide(localFile);
     if (!overwrite && GetFileAttributesW(local.c_str()) != INVALID_FILE_ATTRIBUTES)
       return failed(trace_, "bQGetFile", localFile, "il file esiste gi\xE0");
+    // The system holds an unfinished file for as long as this program runs.
+    removeStaleFiles(local.substr(0, local.find_last_of(L"\\/:") + 1));
     const std::wstring temporary = temporaryBeside(local);
     const auto fetch = [remote = std::string(remoteFile), target = narrowForReading(temporary)](HINTERNET session) {
       // A failed transfer leaves what has come so far, and deletes what was there before.

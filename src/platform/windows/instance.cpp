@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "platform/windows/files/folder_identity.h"
+#include "platform/windows/files/stale_files.h"
 #include "platform/windows/kernel/end_event.h"
 #include "platform/windows/kernel/native.h"
 
@@ -53,6 +54,7 @@ class MutexLock : public InstanceLock {
 std::unique_ptr<InstanceLock> lockMainFolder(std::string_view mainFolder) {
   UniqueHandle mutex(CreateMutexW(nullptr, FALSE, nameOf(mainFolder).c_str()));
   if (!mutex || GetLastError() == ERROR_ALREADY_EXISTS) return nullptr;
+  removeStaleFiles(wideFromUtf8(mainFolder) + L'\\');
   return std::make_unique<MutexLock>(std::move(mutex));
 }
 

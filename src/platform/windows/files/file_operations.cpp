@@ -125,7 +125,8 @@ std::wstring temporaryBeside(const std::wstring& target) {
   static std::atomic<unsigned> count = 0;
   const std::size_t separator = target.find_last_of(L"\\/:");
   const std::wstring folder = separator == std::wstring::npos ? L"" : target.substr(0, separator + 1);
-  return folder + L"~tlx" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++count) + L".tmp";
+  const std::wstring number = std::to_wstring(GetCurrentProcessId()) + L'-' + std::to_wstring(++count);
+  return folder + std::wstring(temporaryBegin) + number + std::wstring(temporaryEnd);
 }
 
 std::optional<std::wstring> temporaryAbove(const std::wstring& target) {

@@ -21,6 +21,10 @@ std::optional<std::vector<std::wstring>> filesOf(const std::wstring& folder);
 /// Whether a path begins with a share or a connected drive of another computer that does not answer.
 bool doesNotAnswer(const std::wstring& path);
 
+/// How the names of our temporary files begin, before the number of the process, and end.
+inline constexpr std::wstring_view temporaryBegin = L"~tlx";
+inline constexpr std::wstring_view temporaryEnd = L".tmp";
+
 /// A path in the folder of `target` that no other process and no other call uses.
 std::wstring temporaryBeside(const std::wstring& target);
 
