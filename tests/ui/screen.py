@@ -188,10 +188,23 @@ def text_of(item):
     return text.getText(0, text.characterCount)
 
 
+def middle(item):
+    """The middle of a control on the screen, once the desktop has put its window there."""
+    places = [None]
+
+    def rests():
+        place = item.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+        places.append((place.x + place.width // 2, place.y + place.height // 2))
+        time.sleep(0.05)
+        return places[-1] == places[-2]
+
+    wait_for(rests, f"{item.name!r} at rest")
+    return places[-1]
+
+
 def click(item, button=1):
     """Clicks on the middle of a control. (The accessibility interface would wait for a dialog that opens.)"""
-    place = item.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
-    left, top = place.x + place.width // 2, place.y + place.height // 2
+    left, top = middle(item)
     run("xdotool", "mousemove", str(left), str(top), "click", str(button))
 
 
