@@ -2,22 +2,11 @@
 #include "ui/model/closed_folders.h"
 
 #include <algorithm>
-#include <string_view>
 #include <vector>
 
+#include "check/words.h"
+
 namespace tellaxis::ui {
-
-namespace {
-
-/// With the backslash of a drive's root; empty for a bare name.
-std::string folderOf(std::string_view file) {
-  const std::size_t end = file.find_last_of("\\/");
-  if (end == std::string_view::npos) return {};
-  const bool isRoot = end == 0 || file[end - 1] == ':';
-  return std::string(file.substr(0, isRoot ? end + 1 : end));
-}
-
-}  // namespace
 
 std::string closedFolders(const Settings& settings, platform::Inspection& inspection) {
   std::vector<std::string> folders{settings.mainFolder};
@@ -31,9 +20,7 @@ std::string closedFolders(const Settings& settings, platform::Inspection& inspec
     const platform::PathLook look = inspection.look(folder);
     if (look.isFolder && !look.mayWrite) closed.push_back(folder);
   }
-  std::string text;
-  for (const std::string& folder : closed) text += (text.empty() ? "Non si pu\xF2 scrivere in " : ", ") + folder;
-  return text;
+  return closed.empty() ? "" : "Non si pu\xF2 scrivere in " + listed(closed);
 }
 
 }  // namespace tellaxis::ui
