@@ -1,7 +1,13 @@
 // Devices file: the printers and serial lines that the user lists, with what stands behind each, and the options.
+//
+// A desk's file may begin with `include = "comune.toml"`, a path relative to its own folder: what many desks share then
+// stands in that file. The desk's own keys win. [bridge] is both tables key by key; so is a [[printer]] with the common
+// one of the same name and a [[serial]] with that of the same port. The desk's come first, in the order of its file,
+// then the common ones that it has not. An included file includes none.
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,8 +20,9 @@
 
 namespace tellaxis::platform {
 
-/// Where in a text file something stands; both count from 1.
-struct TextPosition {
+/// Where in a text file something stands; line and column count from 1.
+struct TextPlace {
+  std::string file;
   unsigned line = 1;
   unsigned column = 1;
 };
@@ -56,7 +63,7 @@ using PrinterTarget =
 struct PrinterDefinition {
   InstalledPrinter printer;
   PrinterTarget target;
-  TextPosition position;  ///< of the target
+  TextPlace place;  ///< of the target
 };
 
 /// A `[[serial]]`: where COM `port` is; the device's path in UTF-8.
@@ -83,11 +90,18 @@ std::variant<DevicesFile, DevicesFileError> readDevicesFile(const std::string& f
 /// there is none.
 std::optional<std::string> devicesFileOf(const std::optional<std::string>& named, const std::string& mainFolder);
 
-/// The same for the file's text.
+/// The text of a native file (UTF-8); nothing where it cannot be read.
+using DevicesTextReader = std::function<std::optional<std::string>(const std::string& file)>;
+
+/// The same for the file's text; what it includes comes from `read`.
+std::variant<DevicesFile, DevicesFileError> parseDevicesFile(std::string_view text, const std::string& file,
+                                                             const DevicesTextReader& read);
+
+/// The same for the file's text; what it includes is read from disk.
 std::variant<DevicesFile, DevicesFileError> parseDevicesFile(std::string_view text, const std::string& file);
 
-/// The message for something at `position` of `file` that cannot be used.
-DevicesFileError devicesFileError(const std::string& file, TextPosition position, std::string_view reason);
+/// The message for something at `place` that cannot be used.
+DevicesFileError devicesFileError(const TextPlace& place, std::string_view reason);
 
 /// The devices where each of `printers` is listed and its documents become files in `folder` (native, UTF-8).
 DevicesFile printingInto(DevicesFile devices, const std::vector<InstalledPrinter>& printers, const std::string& folder);

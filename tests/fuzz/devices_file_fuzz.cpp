@@ -1,7 +1,9 @@
-// Devices file fuzzing: any bytes as a devices file, which is understood, or refused in one line that can be shown.
+// Devices file fuzzing: any bytes as a devices file and, behind a line of their own, as one that it includes; which are
+// understood, or refused in one line that can be shown.
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <optional>
 #include <string>
 #include <variant>
 
@@ -14,13 +16,15 @@ using namespace tellaxis;
 using namespace tellaxis::platform;
 
 constexpr std::string_view fileName = "devices.toml";
+/// Behind it stands the included file.
+constexpr std::string_view border = "\n#---\n";
 
 void demand(bool condition) {
   if (!condition) std::abort();
 }
 
 void checkError(const DevicesFileError& error) {
-  demand(error.message.starts_with(fileName));
+  demand(error.message.find(", riga ") != std::string::npos);
   demand(error.message.find('\n') == std::string::npos);
   demand(isUtf8(error.message));
 }
@@ -29,7 +33,7 @@ void checkDevices(const DevicesFile& devices, std::string_view text) {
   const auto lines = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) + 1;
   for (const PrinterDefinition& definition : devices.printers) {
     demand(!definition.printer.DeviceName.empty() && !definition.printer.Port.empty());
-    demand(definition.position.line >= 1 && definition.position.line <= lines);
+    demand(definition.place.line >= 1 && definition.place.line <= lines);
     if (const auto* network = std::get_if<EscPosNetworkTarget>(&definition.target))
       demand(!network->host.empty() && network->port != 0);
     if (const auto* folder = std::get_if<FolderTarget>(&definition.target)) demand(!folder->folder.empty());
@@ -44,7 +48,12 @@ void checkDevices(const DevicesFile& devices, std::string_view text) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);
-  const auto parsed = parseDevicesFile(text, std::string(fileName));
+  const std::size_t end = text.find(border);
+  const auto included = [&](const std::string&) -> std::optional<std::string> {
+    if (end == std::string_view::npos) return std::nullopt;
+    return std::string(text.substr(end + border.size()));
+  };
+  const auto parsed = parseDevicesFile(text.substr(0, end), std::string(fileName), included);
   if (const auto* error = std::get_if<DevicesFileError>(&parsed)) {
     checkError(*error);
     return 0;

@@ -58,7 +58,7 @@ target = "folder:spool/caffè"
   EXPECT_EQ(devices.printers[0].printer.DeviceName, "EPSON TM-L90 Receipt");
   EXPECT_EQ(devices.printers[0].printer.Port, "LPT1:");
   EXPECT_EQ(std::get<FolderTarget>(devices.printers[0].target).folder, "spool/l90");
-  EXPECT_EQ(devices.printers[0].position.line, 5U);
+  EXPECT_EQ(devices.printers[0].place.line, 5U);
   EXPECT_EQ(devices.printers[1].printer.DeviceName, "Caff\xE8");
   EXPECT_EQ(std::get<FolderTarget>(devices.printers[1].target).folder, "spool/caffè");
   ASSERT_EQ(devices.serialLines.size(), 1U);

@@ -45,13 +45,12 @@ struct BackEndMaker {
 }  // namespace
 
 std::variant<std::unique_ptr<PrinterObject>, DevicesFileError> openPrinters(const DevicesFile& devices,
-                                                                            const std::string& file,
                                                                             const std::string& mainFolder,
                                                                             Trace& trace) {
   std::vector<ListedPrinter> listed;
   for (const PrinterDefinition& definition : devices.printers) {
     auto backEnd = std::visit(BackEndMaker{definition.printer, mainFolder, trace}, definition.target);
-    if (!backEnd) return devicesFileError(file, definition.position, "le code CUPS non esistono su Windows");
+    if (!backEnd) return devicesFileError(definition.place, "le code CUPS non esistono su Windows");
     listed.push_back({definition.printer, std::move(backEnd)});
   }
   const auto picture = [&trace](std::string_view path) { return readPicture(path, trace); };

@@ -11,9 +11,8 @@
 
 namespace tellaxis::platform {
 
-/// Opens no printer yet. `file` is where `devices` was read from, to be named where a target does not exist on Windows.
+/// Opens no printer yet. A target that does not exist on Windows is an error that names its place.
 std::variant<std::unique_ptr<PrinterObject>, DevicesFileError> openPrinters(const DevicesFile& devices,
-                                                                            const std::string& file,
                                                                             const std::string& mainFolder,
                                                                             Trace& trace);
 

@@ -60,7 +60,7 @@ TEST_F(CheckCommand, PortsTellWhoHasThemAndPrintersWhatIsBehindThem) {
   computer.Printer.installed = {{"Caff\xE8", "LPT1:"}, {"PDF", "FILE:"}};
   const platform::PrinterDefinition listed{.printer = {"Caff\xE8", "LPT1:"},
                                            .target = platform::EscPosNetworkTarget{.host = "10.0.0.9", .port = 9100},
-                                           .position = {}};
+                                           .place = {}};
   const CommandResult result = showPorts(computer.host, inspection, {listed});
   EXPECT_EQ(result.status, 0);
   EXPECT_THAT(result.text, HasSubstr("  COM3  /dev/ttyUSB0  Adattatore  in uso da minicom (9)\n"
