@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "core/activity.h"
 #include "core/bridge.h"
@@ -25,6 +26,9 @@ class JobDiary {
 
   /// The start-up is done.
   void started() { leftovers_.noteDiscarded(); }
+
+  /// What became of the jobs of an earlier run, once it is done.
+  const std::vector<Leftovers::Entered>& foundAtStart() const { return leftovers_.entered(); }
 
  private:
   JobDiary(Bridge& bridge, Diary diary, const std::string& mainFolder, Devices& noted, const Activity& activity);

@@ -11,7 +11,7 @@
 namespace tellaxis {
 
 void runResident(Bridge& bridge, Devices& devices, DeviceSetup& setup, const std::string& mainFolder, int interval,
-                 platform::StopRequest& stop, const std::function<void()>& ready) {
+                 platform::StopRequest& stop, const std::function<void()>& ready, JobMetrics* metrics) {
   using std::chrono::steady_clock;
   using namespace std::chrono_literals;
 
@@ -26,10 +26,11 @@ void runResident(Bridge& bridge, Devices& devices, DeviceSetup& setup, const std
   while (!stop.waitFor(untilDue())) {
     // A tick that a job brought forward is followed by a whole interval.
     const auto begun = std::min(due, steady_clock::now());
-    polling.Timer1_Timer();
+    tick(polling, metrics);
     due = std::max(begun + std::chrono::milliseconds(interval), steady_clock::now());
   }
   bridge.host.Printer.endOpenDocuments();
+  if (metrics != nullptr) metrics->end();
 }
 
 }  // namespace tellaxis

@@ -11,6 +11,7 @@
 #include "app/commands/one_shot.h"
 #include "app/connected_devices.h"
 #include "app/job_diary.h"
+#include "app/job_metrics.h"
 #include "app/resident.h"
 #include "app/second_copy.h"
 #include "core/activity.h"
@@ -63,12 +64,15 @@ int stay(const CommandLine& line, const std::string& mainFolder) {
   const auto paper = Paper::open(bridge, devices);
   bridge.paper = paper.get();
   NotedDevices noted(devices, activity, bridge);
-  const auto diary = JobDiary::open(bridge, mainFolder, noted, activity);
-  const auto ready = [&diary] {
+  const auto metrics = JobMetrics::open(bridge, mainFolder, noted, activity);
+  const auto diary = JobDiary::open(bridge, mainFolder, metrics ? metrics->devices() : noted, activity);
+  const auto ready = [&] {
     if (diary) diary->started();
+    if (metrics) metrics->started(diary.get());
     sayReady();
   };
-  runResident(bridge, diary ? diary->devices() : devices, devices, mainFolder, line.pollingInterval, stop, ready);
+  Devices& polled = diary ? diary->devices() : metrics ? metrics->devices() : devices;
+  runResident(bridge, polled, devices, mainFolder, line.pollingInterval, stop, ready, metrics.get());
   return 0;
 }
 

@@ -58,8 +58,11 @@ WindowProgram::WindowProgram(const WindowSurroundings& surroundings, const std::
       inspection_(surroundings.system.openInspection()),
       paper_(Paper::open(bridge_, devices_)),
       noted_(devices_, surroundings.activity, bridge_),
-      diary_(JobDiary::open(bridge_, mainFolder, noted_, surroundings.activity)),
-      polling_(bridge_, diary_ ? diary_->devices() : noted_),
+      metrics_(JobMetrics::open(bridge_, mainFolder, noted_, surroundings.activity)),
+      diary_(JobDiary::open(bridge_, mainFolder, metrics_ ? metrics_->devices() : noted_, surroundings.activity)),
+      polling_(bridge_, diary_     ? diary_->devices()
+                        : metrics_ ? metrics_->devices()
+                                   : noted_),
       window_(new ui::MainWindow(
           bridge_, surroundings.activity,
           std::make_shared<BackgroundServices>(surroundings.options, surroundings.system.options(), mainFolder),
@@ -71,6 +74,7 @@ WindowProgram::WindowProgram(const WindowSurroundings& surroundings, const std::
   Form_Load(bridge_, devices_, mainFolder);
   boxes_.duringTick(false);
   if (diary_) diary_->started();
+  if (metrics_) metrics_->started(diary_.get());
   window_->setClosedFolders([this] { return ui::closedFolders(bridge_.settings, *inspection_); });
   window_->refresh();
   window_->Show();
@@ -100,7 +104,7 @@ void WindowProgram::tick() {
   if (ticking_ || ended_) return;
   ticking_ = true;
   boxes_.duringTick(true);
-  polling_.Timer1_Timer();
+  tellaxis::tick(polling_, metrics_.get());
   boxes_.duringTick(false);
   ticking_ = false;
   if (ended_) return finish();
@@ -135,6 +139,7 @@ void WindowProgram::finish() {
   notices_.reset();
   bridge_.notices = nullptr;
   host_.Printer.endOpenDocuments();
+  if (metrics_) metrics_->end();
   wxTheApp->ExitMainLoop();
   // A dialog that nobody will answer any more would keep the program, and a server that does not answer too.
   if (modalDialogs().open == 0 && !ui::WorkLine::anyGoesOn()) return;

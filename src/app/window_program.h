@@ -8,6 +8,7 @@
 
 #include "app/connected_devices.h"
 #include "app/job_diary.h"
+#include "app/job_metrics.h"
 #include "core/activity.h"
 #include "core/bridge.h"
 #include "core/paper.h"
@@ -66,7 +67,8 @@ class WindowProgram {
   std::unique_ptr<platform::Inspection> inspection_;
   std::unique_ptr<Paper> paper_;  ///< null where no printer is to be asked
   NotedDevices noted_;
-  std::unique_ptr<JobDiary> diary_;  ///< null where none is wanted
+  std::unique_ptr<JobMetrics> metrics_;  ///< null where none are wanted
+  std::unique_ptr<JobDiary> diary_;      ///< null where none is wanted
   Polling polling_;
   ui::MainWindow* window_;  ///< owned by the toolkit
   wxTimer polls_;

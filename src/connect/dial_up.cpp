@@ -29,11 +29,11 @@ std::string batchFilePath(const std::string& programFolder) {
 /// Nothing where it could not be written anew: a file that is there already is somebody else's.
 std::optional<std::string> writeBatchFile(Bridge& bridge, const std::string& batchFile, const std::string& line) {
   platform::Files& files = bridge.host.files;
-  if (files.create(batchFile, line + "\r\n", true)) return batchFile;
+  if (files.create(batchFile, line + "\r\n", platform::Readers::ownerAlone)) return batchFile;
   const std::string folder = files.temporaryFolder();
   if (folder.empty()) return std::nullopt;
   const std::string elsewhere = folder + batchFile.substr(batchFile.find_last_of('\\'));
-  if (!files.create(elsewhere, line + "\r\n", true)) return std::nullopt;
+  if (!files.create(elsewhere, line + "\r\n", platform::Readers::ownerAlone)) return std::nullopt;
   return elsewhere;
 }
 

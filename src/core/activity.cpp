@@ -36,6 +36,7 @@ void Activity::printerSaysNo(Device device, std::string_view why) {
 }
 
 void Activity::failed(std::string_view operation, std::string_view subject, std::string_view reason) {
+  if (alsoTold_ != nullptr) alsoTold_->failed(operation, subject, reason);
   if (!job_ || !job_->failure.empty()) return;
   // A blank value, such as the font of a line that names none, is passed over on purpose.
   if (trimmed(subject).empty()) return;

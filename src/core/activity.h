@@ -38,6 +38,9 @@ class Activity : public platform::Trace {
 
   void failed(std::string_view operation, std::string_view subject, std::string_view reason) override;
 
+  /// Who else hears of every failing step from now on; null for nobody.
+  void alsoTell(platform::Trace* other) { alsoTold_ = other; }
+
   /// The device's last job; nothing before its first.
   const std::optional<LastJob>& lastJob(Device device) const { return lastJobs_[static_cast<std::size_t>(device)]; }
 
@@ -45,6 +48,7 @@ class Activity : public platform::Trace {
   std::array<std::optional<LastJob>, deviceCount> lastJobs_;
   Device running_ = Device::display;
   std::optional<LastJob> job_;
+  platform::Trace* alsoTold_ = nullptr;
 };
 
 /// The devices, each job of which is noted.

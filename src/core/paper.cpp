@@ -9,11 +9,16 @@ namespace {
 
 constexpr double secondsBetweenQuestions = 1;
 
+/// Whether it is wanted to know what became of the jobs of every printer.
+bool isAccountKept(const platform::BridgeOptions& options) {
+  return !options.diary.empty() || !options.metrics.empty();
+}
+
 }  // namespace
 
 std::unique_ptr<Paper> Paper::open(Bridge& bridge, JobPrinters& printers) {
   const platform::BridgeOptions& options = bridge.options;
-  if (options.diary.empty() && !options.waitForPaper) return nullptr;
+  if (!isAccountKept(options) && !options.waitForPaper) return nullptr;
   return std::unique_ptr<Paper>(new Paper(bridge, printers));
 }
 
@@ -27,8 +32,8 @@ bool Paper::mayBegin(Device device) {
 bool Paper::asksAndMayBegin(Device device, Asked& asked) {
   if (hasJustRefused(asked)) return false;
   asked = {.printer = printers_.printerOf(device)};
-  if (!asked.printer || (bridge_.options.diary.empty() && !asked.printer->waitForPaper)) return true;
-  asked.before = bridge_.host.Printer.state(asked.printer->DeviceName);
+  if (!asked.printer || (!isAccountKept(bridge_.options) && !asked.printer->waitForPaper)) return true;
+  asked.before = ask(device, *asked.printer);
   if (!asked.printer->waitForPaper || !platform::wordsOf(asked.before).saysNo) return true;
   asked.refusedAt = bridge_.host.clock.secondsSinceMidnight();
   return false;
@@ -42,7 +47,13 @@ bool Paper::waits(Device device) const {
 platform::PrinterState Paper::after(Device device) {
   const Asked& asked = asked_.at(static_cast<std::size_t>(device));
   if (!asked.printer || asked.before == platform::PrinterState::unknown) return platform::PrinterState::unknown;
-  return bridge_.host.Printer.state(asked.printer->DeviceName);
+  return ask(device, *asked.printer);
+}
+
+platform::PrinterState Paper::ask(Device device, const platform::InstalledPrinter& printer) {
+  const platform::PrinterState state = bridge_.host.Printer.state(printer.DeviceName);
+  said_.at(static_cast<std::size_t>(device)) = state;
+  return state;
 }
 
 /// Past midnight, or set back, the clock ends the pause.

@@ -20,8 +20,8 @@ class JobPrinters {
   virtual std::optional<platform::InstalledPrinter> printerOf(Device device) = 0;
 };
 
-/// Asks the printers. There is one only where a diary is kept or the jobs of some printer wait for paper: otherwise no
-/// printer is ever asked anything. Nobody calls it without a job.
+/// Asks the printers. There is one only where a diary or metrics are kept, or the jobs of some printer wait for paper:
+/// otherwise no printer is ever asked anything. Nobody calls it without a job.
 class Paper {
  public:
   /// Null where the options of `bridge` ask for none.
@@ -47,6 +47,11 @@ class Paper {
   /// waited for again: `unknown`.
   platform::PrinterState after(Device device);
 
+  /// What the printer of `device` said when it was last asked; nothing before it was.
+  std::optional<platform::PrinterState> lastSaid(Device device) const {
+    return said_.at(static_cast<std::size_t>(device));
+  }
+
  private:
   Paper(Bridge& bridge, JobPrinters& printers) : bridge_(bridge), printers_(printers) {}
 
@@ -56,6 +61,7 @@ class Paper {
     std::optional<double> refusedAt;  ///< seconds since midnight
   };
 
+  platform::PrinterState ask(Device device, const platform::InstalledPrinter& printer);
   bool asksAndMayBegin(Device device, Asked& asked);
   bool hasJustRefused(const Asked& asked) const;
 
@@ -63,6 +69,7 @@ class Paper {
   JobPrinters& printers_;
   std::array<Asked, deviceCount> asked_;
   std::array<std::optional<platform::PrinterState>, deviceCount> heldBack_;
+  std::array<std::optional<platform::PrinterState>, deviceCount> said_;
 };
 
 /// Whether the job that waits for `device` may begin.

@@ -7,6 +7,7 @@
 #include <exception>
 #include <limits>
 
+#include "core/gate.h"
 #include "core/ini/ini.h"
 #include "core/paper.h"
 #include "core/prompt.h"
@@ -31,9 +32,9 @@ struct RoutedKind {
 };
 
 constexpr RoutedKind routedKinds[] = {
-    {"MF", Device::fiscalPrinter, "MF_Vuoto", "MF_Invia", &Devices::MF_Invia},
+    {"MF", Device::fiscalPrinter, fiscalGate, "MF_Invia", &Devices::MF_Invia},
     {"RF", Device::slipPrinter, "RF_Vuoto", "", nullptr},
-    {"CR", Device::courtesyPrinter, "Cort_Vuoto", "Cort_StampaFile", &Devices::Cort_StampaFile},
+    {"CR", Device::courtesyPrinter, courtesyGate, "Cort_StampaFile", &Devices::Cort_StampaFile},
 };
 
 const RoutedKind* findKind(std::string_view kind) {
@@ -124,11 +125,6 @@ std::int16_t runAll(Bridge& bridge, Devices& devices, JobList& jobs, const Route
   return begun;
 }
 
-bool gateIsOpen(Bridge& bridge, std::string_view gateKey) {
-  const Value gate = LeggiImpostazione(bridge.host, gateKey, yes, bridge.settings.settingsFile);
-  return truthFrom(gate, bridge.host.locale.regional()).value_or(true);
-}
-
 }  // namespace
 
 void SmistaFile(Bridge& bridge, Devices& devices, std::string& dropFolder, std::string_view settingsFile,
@@ -169,13 +165,13 @@ void Polling::pollDisplay() {
 
 void Polling::pollFiscalPrinter() {
   const Settings& settings = bridge_.settings;
-  if (!settings.MF_Active || !gateIsOpen(bridge_, "MF_Vuoto") || settings.MF_File.empty()) return;
+  if (!settings.MF_Active || !gateIsOpen(bridge_, fiscalGate) || settings.MF_File.empty()) return;
   platform::Files& files = bridge_.host.files;
   if (!settings.MF_File_Output.empty() && files.exists(settings.MF_File_Output)) files.remove(settings.MF_File_Output);
   std::string dropFolder = settings.mainFolder + "\\Orbis";
   std::string workFolder = settings.mainFolder + "\\IN";
   SmistaFile(bridge_, devices_, dropFolder, settings.settingsFile, workFolder, "MF");
-  ScriviImpostazione(bridge_.host, "MF_Vuoto", yes, settings.settingsFile);
+  ScriviImpostazione(bridge_.host, fiscalGate, yes, settings.settingsFile);
 }
 
 void Polling::pollSlipPrinter() {
@@ -200,11 +196,11 @@ bool Polling::slipRests() const {
 
 void Polling::pollCourtesyPrinter() {
   const Settings& settings = bridge_.settings;
-  if (!settings.Cort_Active || !gateIsOpen(bridge_, "Cort_Vuoto")) return;
+  if (!settings.Cort_Active || !gateIsOpen(bridge_, courtesyGate)) return;
   std::string dropFolder = settings.mainFolder + "\\CortOrbis";
   std::string workFolder = settings.mainFolder + "\\CortIN";
   SmistaFile(bridge_, devices_, dropFolder, settings.settingsFile, workFolder, "CR");
-  ScriviImpostazione(bridge_.host, "Cort_Vuoto", yes, settings.settingsFile);
+  ScriviImpostazione(bridge_.host, courtesyGate, yes, settings.settingsFile);
 }
 
 }  // namespace tellaxis

@@ -6,9 +6,9 @@
 #include <utility>
 
 #include "core/input/text_lines.h"
+#include "core/option_path.h"
 #include "diary/reader.h"
 #include "platform/files.h"
-#include "text/code_page.h"
 
 namespace tellaxis {
 
@@ -23,10 +23,6 @@ struct DayEnd {
 };
 
 std::string_view bareName(std::string_view path) { return path.substr(path.find_last_of("\\/:") + 1); }
-
-bool isAbsolute(std::string_view path) {
-  return path.starts_with('/') || path.starts_with('\\') || (path.size() > 1 && path[1] == ':');
-}
 
 /// The number behind the day in the id of a line; 0 where the line has none. Reading the whole line would take ten
 /// times as long, at every start.
@@ -53,16 +49,14 @@ DayEnd endOf(platform::Files& files, const std::string& file, std::string_view p
 }  // namespace
 
 std::string diaryFolder(const platform::BridgeOptions& options, std::string_view mainFolder) {
-  if (options.diary.empty()) return {};
-  const std::string folder = nearestCodePage(options.diary);
-  return isAbsolute(folder) ? folder : std::string(mainFolder) + "\\" + folder;
+  return optionPath(options.diary, mainFolder);
 }
 
 void Diary::begin(DiaryEntry& entry, std::string_view jobFile, bool triedAgain) {
   if (!triedAgain) keep(entry, jobFile);
   DiaryEntry underWay = entry;
   underWay.outcome = Outcome::unconfirmed;
-  host_.files.create(folder_ + std::string(noteOfLastBegun), lineOf(underWay), false);
+  host_.files.create(folder_ + std::string(noteOfLastBegun), lineOf(underWay), platform::Readers::asUsual);
 }
 
 void Diary::end(const DiaryEntry& entry) {

@@ -9,21 +9,6 @@
 
 namespace tellaxis {
 
-namespace {
-
-Outcome outcomeFrom(FiscalOutcome outcome) {
-  switch (outcome) {
-    case FiscalOutcome::delivered: return Outcome::delivered;
-    case FiscalOutcome::confirmed: return Outcome::confirmed;
-    case FiscalOutcome::unanswered: return Outcome::unanswered;
-    case FiscalOutcome::givenUp: return Outcome::givenUp;
-    case FiscalOutcome::notHandedOver: break;
-  }
-  return Outcome::failed;
-}
-
-}  // namespace
-
 DiaryDevices::~DiaryDevices() {
   for (const Device device : {Device::display, Device::slipPrinter}) endOfSeries(device);
 }
@@ -86,7 +71,7 @@ void DiaryDevices::finish(UnderWay& underWay, std::string_view jobFile) {
   if (entry.id.empty()) return;
   const Device device = entry.device;
   entry.ms = between(underWay.begun, momentOf(bridge_.host.clock)).count();
-  entry.outcome = outcomeOf(device);
+  entry.outcome = outcomeOf(device, bridge_, activity_);
   const auto& job = activity_.lastJob(device);
   entry.reason = job ? job->failure : std::string();
   if (entry.outcome == Outcome::failed && entry.reason.empty()) entry.reason = "niente da consegnare o nessun driver";
@@ -99,12 +84,6 @@ void DiaryDevices::finish(UnderWay& underWay, std::string_view jobFile) {
   }
   staying_.erase(device);
   diary_.end(entry);
-}
-
-Outcome DiaryDevices::outcomeOf(Device device) const {
-  if (device == Device::fiscalPrinter) return outcomeFrom(bridge_.fiscalOutcome);
-  const auto& job = activity_.lastJob(device);
-  return job && !job->failure.empty() ? Outcome::failed : Outcome::done;
 }
 
 /// The file that stayed will not be tried again: its line gets the count.

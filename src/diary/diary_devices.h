@@ -48,7 +48,6 @@ class DiaryDevices : public Devices {
   void note(Device device, std::string_view jobFile, Job job);
   UnderWay begin(Device device, std::string_view jobFile);
   void finish(UnderWay& underWay, std::string_view jobFile);
-  Outcome outcomeOf(Device device) const;
   void endOfSeries(Device device);
 
   Devices& devices_;

@@ -1,4 +1,4 @@
-// Entry: the tables of names, writing and reading a line.
+// Entry: writing and reading a line.
 #include "diary/entry.h"
 
 #include <algorithm>
@@ -9,24 +9,6 @@
 namespace tellaxis {
 
 namespace {
-
-constexpr OutcomeNames outcomes[] = {
-    {.outcome = Outcome::delivered, .name = "delivered", .italian = "consegnato", .problem = false},
-    {.outcome = Outcome::confirmed, .name = "confirmed", .italian = "confermato", .problem = false},
-    {.outcome = Outcome::unanswered, .name = "unanswered", .italian = "senza risposta", .problem = true},
-    {.outcome = Outcome::givenUp, .name = "given-up", .italian = "rinunciato", .problem = true},
-    {.outcome = Outcome::done, .name = "done", .italian = "fatto", .problem = false},
-    {.outcome = Outcome::failed, .name = "failed", .italian = "non riuscito", .problem = true},
-    {.outcome = Outcome::discarded, .name = "discarded", .italian = "scartato", .problem = true},
-    {.outcome = Outcome::unconfirmed, .name = "unconfirmed", .italian = "non confermato", .problem = true},
-};
-
-constexpr DeviceNames devices[] = {
-    {.device = Device::fiscalPrinter, .name = "fiscal", .italian = "fiscale"},
-    {.device = Device::display, .name = "display", .italian = "display"},
-    {.device = Device::slipPrinter, .name = "slip", .italian = "ricevuta"},
-    {.device = Device::courtesyPrinter, .name = "courtesy", .italian = "preconto"},
-};
 
 struct TextMember {
   std::string_view name;
@@ -58,24 +40,14 @@ bool readMember(DiaryEntry& entry, std::string_view name, std::string_view value
     return device.has_value();
   }
   if (name == "outcome") {
-    const auto* row = std::ranges::find(outcomes, value, &OutcomeNames::name);
-    if (row != std::end(outcomes)) entry.outcome = row->outcome;
-    return row != std::end(outcomes);
+    const auto outcome = outcomeNamed(value);
+    if (outcome) entry.outcome = *outcome;
+    return outcome.has_value();
   }
   return true;
 }
 
 }  // namespace
-
-const OutcomeNames& namesOf(Outcome outcome) { return *std::ranges::find(outcomes, outcome, &OutcomeNames::outcome); }
-
-const DeviceNames& namesOf(Device device) { return *std::ranges::find(devices, device, &DeviceNames::device); }
-
-std::optional<Device> deviceNamed(std::string_view name) {
-  for (const DeviceNames& row : devices)
-    if (row.name == name || row.italian == name) return row.device;
-  return std::nullopt;
-}
 
 std::string lineOf(const DiaryEntry& entry) {
   JsonObject line;

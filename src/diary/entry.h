@@ -7,40 +7,10 @@
 #include <string_view>
 
 #include "core/activity.h"
+#include "core/device_names.h"
+#include "core/outcome.h"
 
 namespace tellaxis {
-
-/// What became of a job.
-enum class Outcome : std::uint8_t {
-  delivered,    ///< handed to a driver that gives no answer
-  confirmed,    ///< the driver answered
-  unanswered,   ///< the driver was waited for in vain
-  givenUp,      ///< the driver did not take the receipt before it
-  done,         ///< shown or printed without a failing step
-  failed,       ///< a step failed
-  discarded,    ///< it waited and was emptied at the start
-  unconfirmed,  ///< it was under way when the program ended: nobody knows whether it came out
-};
-
-/// Names of an outcome: in the diary, and for the reader.
-struct OutcomeNames {
-  Outcome outcome;
-  std::string_view name;
-  std::string_view italian;
-  bool problem;  ///< somebody has to look after it
-};
-const OutcomeNames& namesOf(Outcome outcome);
-
-/// Names of a device: in the diary, and for the reader.
-struct DeviceNames {
-  Device device;
-  std::string_view name;
-  std::string_view italian;
-};
-const DeviceNames& namesOf(Device device);
-
-/// The device of this name, in either language.
-std::optional<Device> deviceNamed(std::string_view name);
 
 struct DiaryEntry {
   std::string id;    ///< "261121-17": the day it began, and its number of the day

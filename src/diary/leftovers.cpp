@@ -1,49 +1,28 @@
-// Leftovers: the folders that a start empties.
+// Leftovers: what lies in the folders that a start empties.
 #include "diary/leftovers.h"
 
-#include <optional>
 #include <utility>
 
+#include "core/jobs_at_start.h"
 #include "diary/content.h"
 #include "platform/files.h"
 #include "text/letter_case.h"
 
 namespace tellaxis {
 
-namespace {
-
-struct JobFolder {
-  std::string_view name;
-  Device device;
-  bool jobsRunHere;  ///< a job lies here while it is under way, and is deleted only afterwards
-};
-
-constexpr JobFolder jobFolders[] = {
-    {.name = "\\IN", .device = Device::fiscalPrinter, .jobsRunHere = true},
-    {.name = "\\Orbis", .device = Device::fiscalPrinter, .jobsRunHere = false},
-    {.name = "\\CortIN", .device = Device::courtesyPrinter, .jobsRunHere = true},
-    {.name = "\\CortOrbis", .device = Device::courtesyPrinter, .jobsRunHere = false},
-};
-
-}  // namespace
-
 Leftovers::Leftovers(Diary& diary, std::string_view mainFolder) : diary_(diary) {
   platform::Files& files = diary.host().files;
   const auto last = diary.lastBegun();
-  if (last && !last->ended) diary.end(last->entry);
-  for (const JobFolder& row : jobFolders) {
-    const std::string folder = std::string(mainFolder) + std::string(row.name);
-    if (!files.folderExists(folder)) continue;
-    for (const std::string& name : files.list(folder).value_or(std::vector<std::string>())) {
-      if (row.jobsRunHere && last && last->entry.device == row.device && equalIgnoringCase(last->entry.job, name))
-        continue;
-      Waiting waiting{.path = std::string(folder).append("\\").append(name), .entry = {}};
-      waiting.entry.device = row.device;
-      waiting.entry.outcome = Outcome::discarded;
-      waiting.entry.bytes = contentOf(files, waiting.path).bytes;
-      diary.keep(waiting.entry, waiting.path);
-      waiting_.push_back(std::move(waiting));
-    }
+  if (last && !last->ended) enter(last->entry);
+  for (JobAtStart& job : jobsAtStart(files, mainFolder)) {
+    if (job.mayHaveBegun && last && last->entry.device == job.device && equalIgnoringCase(last->entry.job, job.name))
+      continue;
+    Waiting waiting{.path = std::move(job.path), .entry = {}};
+    waiting.entry.device = job.device;
+    waiting.entry.outcome = Outcome::discarded;
+    waiting.entry.bytes = contentOf(files, waiting.path).bytes;
+    diary.keep(waiting.entry, waiting.path);
+    waiting_.push_back(std::move(waiting));
   }
 }
 
@@ -52,8 +31,13 @@ void Leftovers::noteDiscarded() {
     if (diary_.host().files.exists(waiting.path))
       diary_.forget(waiting.entry);
     else
-      diary_.end(waiting.entry);
+      enter(waiting.entry);
   }
+}
+
+void Leftovers::enter(const DiaryEntry& entry) {
+  diary_.end(entry);
+  entered_.push_back({entry.device, entry.outcome});
 }
 
 }  // namespace tellaxis

@@ -18,14 +18,24 @@ class Leftovers {
   /// After the start-up: enters the jobs that it emptied.
   void noteDiscarded();
 
+  struct Entered {
+    Device device;
+    Outcome outcome;
+  };
+  /// What was entered so far, one for each job.
+  const std::vector<Entered>& entered() const { return entered_; }
+
  private:
   struct Waiting {
     std::string path;
     DiaryEntry entry;
   };
 
+  void enter(const DiaryEntry& entry);
+
   Diary& diary_;
   std::vector<Waiting> waiting_;
+  std::vector<Entered> entered_;
 };
 
 }  // namespace tellaxis

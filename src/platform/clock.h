@@ -1,4 +1,4 @@
-// Clock: the time of day, the calendar and the only way to wait.
+// Clock: the time of day, the calendar, durations and the only way to wait.
 #pragma once
 
 #include <chrono>
@@ -23,6 +23,12 @@ class Clock {
   virtual double secondsSinceMidnight() = 0;
 
   virtual DateTime now() = 0;
+
+  /// Time since 1970 began, in UTC.
+  virtual std::chrono::milliseconds sinceEpoch() = 0;
+
+  /// Time since some moment before the program began; nobody sets this one.
+  virtual std::chrono::microseconds steady() = 0;
 
   /// Gives the processor up for about `duration`.
   virtual void sleep(std::chrono::milliseconds duration) = 0;

@@ -31,6 +31,13 @@ struct FileIdentity {
   bool operator==(const FileIdentity&) const = default;
 };
 
+/// Who may read a file that is made.
+enum class Readers : std::uint8_t {
+  ownerAlone,
+  asUsual,    ///< who may read the file that it replaces; without one, as the program was started
+  everybody,  ///< on Windows: who may read the files of its folder
+};
+
 /// Paths are formed by plain concatenation ("C:\MERIDIA" and "\_Local.ini"). Names match as the computer's file system
 /// matches them on Windows: without regard to case. A folder is never a file here, and hidden files are not seen.
 /// A writer holds a file for as long as it has it open for writing.
@@ -98,8 +105,8 @@ class Files {
   /// Appends `text` to a file, creating it where it is missing (its folder must exist), and closes it.
   virtual bool append(std::string_view path, std::string_view text) = 0;
 
-  /// Creates or replaces a file holding `text`, readable by its owner alone when `ownerOnly`.
-  virtual bool create(std::string_view path, std::string_view text, bool ownerOnly) = 0;
+  /// Creates or replaces a file holding `text`, whole: a reader never meets half of it.
+  virtual bool create(std::string_view path, std::string_view text, Readers readers) = 0;
 };
 
 }  // namespace tellaxis::platform

@@ -91,7 +91,7 @@ TrialEnd tryDevice(const Bridge& bridge, Device device, bool running) {
   if (!running) return TrialEnd::notRunning;
   platform::Files& files = bridge.host.files;
   if (files.exists(place.waiting) || files.exists(place.underWay)) return TrialEnd::placeTaken;
-  if (!files.create(place.waiting, job, false)) return TrialEnd::notWritten;
+  if (!files.create(place.waiting, job, platform::Readers::asUsual)) return TrialEnd::notWritten;
   return waitFor(bridge.host, place);
 }
 

@@ -91,6 +91,20 @@ TEST_F(ActivityTest, AJobThatExhaustedTheMemoryIsNotedToo) {
   EXPECT_EQ(last(Device::fiscalPrinter).failure, "stampa C:\\IN\\a: std::bad_alloc");
 }
 
+TEST_F(ActivityTest, SomebodyElseMayHearOfEveryFailingStep) {
+  activity.alsoTell(&computer.trace);
+  devices.job = [this] {
+    activity.failed("copy", "C:\\a", "manca");
+    activity.failed("copy", "", "nome vuoto");
+  };
+  noted.Cort_StampaFile("a");
+  activity.failed("remove", "C:\\a", "manca");
+  EXPECT_EQ(computer.trace.failures.size(), 3U);
+  activity.alsoTell(nullptr);
+  activity.failed("remove", "C:\\a", "manca");
+  EXPECT_EQ(computer.trace.failures.size(), 3U);
+}
+
 TEST_F(ActivityTest, AGoodJobClearsTheFailureBefore) {
   devices.job = [this] { activity.failed("copy", "C:\\a", "manca"); };
   noted.Cort_StampaFile("a");

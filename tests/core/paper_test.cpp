@@ -33,12 +33,15 @@ struct TwoPrinters : JobPrinters {
 
 struct Options {
   bool diary = false;
+  bool metrics = false;
   bool waits = false;
 };
 
 struct Desk {
   explicit Desk(Options options)
-      : bridge(computer.host, {.diary = options.diary ? "diario" : "", .waitForPaper = options.waits}) {
+      : bridge(computer.host, {.diary = options.diary ? "diario" : "",
+                               .metrics = options.metrics ? "m.prom" : "",
+                               .waitForPaper = options.waits}) {
     printers.waits = options.waits;
     computer.Printer.installed = {{"POS", "COM3:"}, {"L90", "LPT1:"}};
     Settings& settings = bridge.settings;
@@ -110,6 +113,21 @@ TEST(PaperWithADiary, ThePrinterIsAskedBeforeTheJobAndAfterIt) {
   const auto job = std::find(calls.begin(), calls.end(), "Cort_StampaFile C:\\cassa\\CortIN\\a.txt");
   EXPECT_EQ(std::count(calls.begin(), job, "state POS"), 1);
   EXPECT_EQ(desk.activity.lastJob(Device::courtesyPrinter)->failure, "");
+}
+
+TEST(PaperWithMetrics, ThePrinterIsAskedBeforeTheJobAndAfterItAndWhatItSaidIsKnown) {
+  Desk desk({.metrics = true});
+  EXPECT_EQ(desk.paper->lastSaid(Device::courtesyPrinter), std::nullopt);
+  desk.devices.onJob = [&](std::string_view) {
+    EXPECT_EQ(desk.paper->lastSaid(Device::courtesyPrinter), PrinterState::ready);
+    desk.says(PrinterState::noPaper);
+  };
+  desk.drop("a.txt");
+  desk.tick();
+  EXPECT_THAT(desk.questions(), ElementsAre("state POS", "state POS"));
+  EXPECT_EQ(desk.paper->lastSaid(Device::courtesyPrinter), PrinterState::noPaper);
+  EXPECT_EQ(desk.paper->lastSaid(Device::slipPrinter), std::nullopt);
+  EXPECT_EQ(desk.activity.lastJob(Device::courtesyPrinter)->failure, "manca la carta");
 }
 
 TEST(PaperWithADiary, JobsDoNotWait) {

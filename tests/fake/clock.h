@@ -34,6 +34,10 @@ class Clock : public platform::Clock {
     return date;
   }
 
+  /// Waits move both on. The first moment is 8:30 in UTC.
+  std::chrono::milliseconds sinceEpoch() override { return std::chrono::seconds(1'047'025'800) + elapsed_; }
+  std::chrono::microseconds steady() override { return std::chrono::hours(5) + elapsed_; }
+
   void sleep(std::chrono::milliseconds duration) override {
     journal_.recordSleep(static_cast<long>(duration.count()));
     elapsed_ += duration;

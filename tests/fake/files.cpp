@@ -171,8 +171,10 @@ bool Files::append(std::string_view path, std::string_view text) {
   return true;
 }
 
-bool Files::create(std::string_view path, std::string_view text, bool ownerOnly) {
-  const std::string kind = ownerOnly ? "create owner-only " : "create ";
+bool Files::create(std::string_view path, std::string_view text, platform::Readers readers) {
+  const std::string kind = readers == platform::Readers::ownerAlone  ? "create owner-only "
+                           : readers == platform::Readers::everybody ? "create for-everybody "
+                                                                     : "create ";
   if (!journal_.record(kind + std::string(path) + " " + std::string(text)) || !takes(path)) return false;
   put(path, text);
   return true;

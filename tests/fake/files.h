@@ -57,7 +57,7 @@ class Files : public platform::Files {
   bool removeFolder(std::string_view path) override;
   std::unique_ptr<platform::InputFile> openInput(std::string_view path) override;
   bool append(std::string_view path, std::string_view text) override;
-  bool create(std::string_view path, std::string_view text, bool ownerOnly) override;
+  bool create(std::string_view path, std::string_view text, platform::Readers readers) override;
 
  private:
   struct File {

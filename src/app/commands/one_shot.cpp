@@ -25,6 +25,8 @@ class PretendedClock : public platform::Clock {
 
   double secondsSinceMidnight() override { return clock_.secondsSinceMidnight(); }
   platform::DateTime now() override { return now_ ? *now_ : clock_.now(); }
+  std::chrono::milliseconds sinceEpoch() override { return clock_.sinceEpoch(); }
+  std::chrono::microseconds steady() override { return clock_.steady(); }
   void sleep(std::chrono::milliseconds duration) override { clock_.sleep(duration); }
 
  private:

@@ -39,6 +39,16 @@ DateTime LinuxClock::now() {
           .minute = calendar.tm_min};
 }
 
+std::chrono::milliseconds LinuxClock::sinceEpoch() {
+  using namespace std::chrono;
+  return duration_cast<milliseconds>(system_clock::now().time_since_epoch());
+}
+
+std::chrono::microseconds LinuxClock::steady() {
+  using namespace std::chrono;
+  return duration_cast<microseconds>(steady_clock::now().time_since_epoch());
+}
+
 void LinuxClock::sleep(std::chrono::milliseconds duration) {
   if (duration <= std::chrono::milliseconds::zero()) return;
   timespec end{};

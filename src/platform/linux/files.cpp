@@ -290,12 +290,12 @@ bool LinuxFiles::append(std::string_view path, std::string_view text) {
   return note("append", path, file && writeAll(file, text));
 }
 
-bool LinuxFiles::create(std::string_view path, std::string_view text, bool ownerOnly) {
+bool LinuxFiles::create(std::string_view path, std::string_view text, Readers readers) {
   const auto native = paths_.spelled(path);
   if (!native) return noteWith("create", path, ENOENT);
-  return note("create", path, replaceContent(paths_, *native, {.ownerAlone = ownerOnly}, [&](const Descriptor& file) {
-                return writeAll(file, text);
-              }));
+  const Replacing how{.ownerAlone = readers == Readers::ownerAlone, .forEverybody = readers == Readers::everybody};
+  return note("create", path,
+              replaceContent(paths_, *native, how, [&](const Descriptor& file) { return writeAll(file, text); }));
 }
 
 /// The native path of the visible file at `path`, spelled as on the disk.

@@ -37,7 +37,7 @@ class LinuxFiles : public Files {
   bool removeFolder(std::string_view path) override;
   std::unique_ptr<InputFile> openInput(std::string_view path) override;
   bool append(std::string_view path, std::string_view text) override;
-  bool create(std::string_view path, std::string_view text, bool ownerOnly) override;
+  bool create(std::string_view path, std::string_view text, Readers readers) override;
 
  private:
   std::optional<std::string> fileAt(std::string_view path) const;

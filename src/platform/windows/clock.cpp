@@ -24,6 +24,16 @@ DateTime WindowsClock::now() {
           .minute = time.wMinute};
 }
 
+std::chrono::milliseconds WindowsClock::sinceEpoch() {
+  using namespace std::chrono;
+  return duration_cast<milliseconds>(system_clock::now().time_since_epoch());
+}
+
+std::chrono::microseconds WindowsClock::steady() {
+  using namespace std::chrono;
+  return duration_cast<microseconds>(steady_clock::now().time_since_epoch());
+}
+
 void WindowsClock::sleep(std::chrono::milliseconds duration) {
   if (duration.count() > 0) waitForMessages(nullptr, static_cast<DWORD>(duration.count()));
 }

@@ -9,6 +9,8 @@ class WindowsClock : public Clock {
  public:
   double secondsSinceMidnight() override;
   DateTime now() override;
+  std::chrono::milliseconds sinceEpoch() override;
+  std::chrono::microseconds steady() override;
   void sleep(std::chrono::milliseconds duration) override;
 };
 

@@ -242,10 +242,11 @@ bool WindowsFiles::append(std::string_view path, std::string_view text) {
   return (handle && writeAll(handle.get(), text)) || failed(trace_, "append", path);
 }
 
-bool WindowsFiles::create(std::string_view path, std::string_view text, bool ownerOnly) {
+bool WindowsFiles::create(std::string_view path, std::string_view text, Readers readers) {
   const std::wstring target = wide(path);
   const std::wstring temporary = temporaryBeside(target);
-  return (createWith(temporary, text, ownerOnly) && replaceFile(temporary, target)) || failed(trace_, "create", path);
+  return (createWith(temporary, text, readers == Readers::ownerAlone) && replaceFile(temporary, target)) ||
+         failed(trace_, "create", path);
 }
 
 }  // namespace tellaxis::platform

@@ -28,7 +28,7 @@ class WindowsFiles : public Files {
   bool removeFolder(std::string_view path) override;
   std::unique_ptr<InputFile> openInput(std::string_view path) override;
   bool append(std::string_view path, std::string_view text) override;
-  bool create(std::string_view path, std::string_view text, bool ownerOnly) override;
+  bool create(std::string_view path, std::string_view text, Readers readers) override;
 
  private:
   Trace& trace_;

@@ -61,7 +61,23 @@ TYPED_TEST_P(ClockContract, NoSleepIsOverAtOnce) {
   EXPECT_LT(this->between(start, this->clock.secondsSinceMidnight()), 5);
 }
 
+TYPED_TEST_P(ClockContract, TheSteadyTimeGoesOnWithASleep) {
+  const auto start = this->clock.steady();
+  this->clock.sleep(std::chrono::milliseconds(30));
+  EXPECT_GE(this->clock.steady() - start, std::chrono::milliseconds(14));
+}
+
+TYPED_TEST_P(ClockContract, TheTimeSinceTheEpochIsThatOfTheCalendarButForTheZone) {
+  using namespace std::chrono;
+  const platform::DateTime now = this->clock.now();
+  const sys_days date = year(now.year) / now.month / now.day;
+  const auto local = date.time_since_epoch() + hours(now.hour) + minutes(now.minute);
+  // No zone is further away from UTC than 14 hours.
+  EXPECT_LT(abs(this->clock.sinceEpoch() - local), hours(15));
+}
+
 REGISTER_TYPED_TEST_SUITE_P(ClockContract, TheTimeOfDayIsThatOfTheCalendar, TheWeekdayIsThatOfTheDate,
-                            ASleepLastsAsLongAsAsked, NoSleepIsOverAtOnce);
+                            ASleepLastsAsLongAsAsked, NoSleepIsOverAtOnce, TheSteadyTimeGoesOnWithASleep,
+                            TheTimeSinceTheEpochIsThatOfTheCalendarButForTheZone);
 
 }  // namespace tellaxis::test

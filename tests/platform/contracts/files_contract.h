@@ -26,7 +26,9 @@ struct FilesContract : testing::Test {
     EXPECT_TRUE(files.createFolder(work));
   }
 
-  bool put(const std::string& path, const std::string& text) { return files.create(path, text, false); }
+  bool put(const std::string& path, const std::string& text) {
+    return files.create(path, text, platform::Readers::asUsual);
+  }
 
   /// What a reader gets; "(none)" where the file cannot be opened.
   std::string read(const std::string& path) {

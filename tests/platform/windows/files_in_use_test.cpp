@@ -73,7 +73,7 @@ TEST_F(WindowsFilesTest, WhatIsHeldForAMomentIsMovedCopiedAndRemovedAllTheSame) 
   const std::pair<const char*, std::function<bool()>> steps[] = {
       {"a.txt", [&] { return files.move(folder / "a.txt", folder / "b.txt"); }},
       {"b.txt", [&] { return files.copy(folder / "da.txt", folder / "b.txt"); }},
-      {"b.txt", [&] { return files.create(folder / "b.txt", "x", false); }},
+      {"b.txt", [&] { return files.create(folder / "b.txt", "x", platform::Readers::asUsual); }},
       {"b.txt", [&] { return files.remove(folder / "b.txt"); }},
       {"da.txt", [&] { return files.removeAll(folder / "."); }},
   };
@@ -106,7 +106,7 @@ TEST_F(WindowsFilesTest, ADeletedFileThatSomebodyStillHasOpenIsGone) {
   ASSERT_TRUE(reader);
   EXPECT_TRUE(files.remove(folder / "IN\\a.txt"));
   EXPECT_FALSE(files.exists(folder / "IN\\a.txt"));
-  EXPECT_TRUE(files.create(folder / "IN\\a.txt", "y", false));
+  EXPECT_TRUE(files.create(folder / "IN\\a.txt", "y", platform::Readers::asUsual));
   EXPECT_EQ(folder.read("IN/a.txt"), "y");
 }
 

@@ -46,14 +46,14 @@ TEST_F(WindowsFilesTest, AFileKeepsItsIdentityUntilItIsWrittenOrReplaced) {
 }
 
 TEST_F(WindowsFilesTest, NamesAreInCodePage1252WhateverTheMachinesOwnIs) {
-  ASSERT_TRUE(files.create((folder / "") + "perch\xE9 \x80 5.txt", "x", false));
+  ASSERT_TRUE(files.create((folder / "") + "perch\xE9 \x80 5.txt", "x", platform::Readers::asUsual));
   EXPECT_TRUE(std::filesystem::exists(folder.path("") / L"perch\u00E9 \u20AC 5.txt"));
   EXPECT_THAT(listed(), Optional(ElementsAre("perch\xE9 \x80 5.txt")));
 }
 
 TEST_F(WindowsFilesTest, AListHasTheVisibleFilesByNameWithoutRegardToCase) {
   for (const char* name : {"b.txt", "A.txt", "c.txt", "nascosto.txt", "\xE0.txt"})
-    ASSERT_TRUE(files.create((folder / "") + name, "x", false));
+    ASSERT_TRUE(files.create((folder / "") + name, "x", platform::Readers::asUsual));
   std::filesystem::create_directories(folder.path("aa"));
   hide("nascosto.txt");
   EXPECT_THAT(listed(), Optional(ElementsAre("A.txt", "b.txt", "c.txt", "\xE0.txt")));
@@ -176,15 +176,15 @@ TEST_F(WindowsFilesTest, TextIsAppendedToAFileThatIsMadeWhereItIsMissing) {
 
 TEST_F(WindowsFilesTest, ACreatedFileReplacesAnOlderOne) {
   folder.write("Dial.bat", "qualcosa di molto pi\xF9 lungo");
-  EXPECT_TRUE(files.create(folder / "Dial.bat", "rasdial\r\n", false));
+  EXPECT_TRUE(files.create(folder / "Dial.bat", "rasdial\r\n", platform::Readers::asUsual));
   EXPECT_EQ(folder.read("Dial.bat"), "rasdial\r\n");
-  EXPECT_FALSE(files.create(folder / "manca\\Dial.bat", "x", true));
+  EXPECT_FALSE(files.create(folder / "manca\\Dial.bat", "x", platform::Readers::ownerAlone));
   EXPECT_THAT(folder.names(), ElementsAre("Dial.bat"));
 }
 
 TEST_F(WindowsFilesTest, AFileForItsOwnerNamesNobodyElseInItsRights) {
   folder.write("Dial.bat", "visibile a tutti");
-  ASSERT_TRUE(files.create(folder / "Dial.bat", "rasdial casa utente segreto\r\n", true));
+  ASSERT_TRUE(files.create(folder / "Dial.bat", "rasdial casa utente segreto\r\n", platform::Readers::ownerAlone));
   PACL rights = nullptr;
   PSECURITY_DESCRIPTOR descriptor = nullptr;
   std::wstring path = folder.path("Dial.bat").wstring();

@@ -90,10 +90,12 @@ bool resemble(const Descriptor& file, const struct stat& replaced) {
 }
 
 bool replaceWhole(const Target& target, Replacing how, const std::function<bool(const Descriptor&)>& write) {
-  const bool alike = !how.ownerAlone && target.exists && target.isFile();
+  const bool alike = !how.ownerAlone && !how.forEverybody && target.exists && target.isFile();
   NewFile file(target.path, how.ownerAlone ? 0600 : alike ? target.status.st_mode & 0777 : 0666);
   if (!file) return false;
   if (alike && !resemble(file.file(), target.status) && (how.orInPlace || errno != EPERM)) return false;
+  // The process's mask would keep the others out.
+  if (how.forEverybody && ::fchmod(file.file().number(), 0644) != 0) return false;
   return write(file.file()) && file.replaceTarget();
 }
 

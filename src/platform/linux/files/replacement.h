@@ -16,9 +16,10 @@ bool copyAll(const Descriptor& from, const Descriptor& to);
 
 /// How a file comes to its place.
 struct Replacing {
-  bool ownerAlone = false;  ///< a new file, readable by this process's user alone; otherwise as the file that is
-                            ///< replaced, or as the process's mask allows
-  bool orInPlace = false;   ///< a file that may be written into, but not replaced with its rights kept, is written into
+  bool ownerAlone = false;    ///< a new file, readable by this process's user alone; otherwise as the file that is
+                              ///< replaced, or as the process's mask allows
+  bool forEverybody = false;  ///< a new file that everybody may read
+  bool orInPlace = false;  ///< a file that may be written into, but not replaced with its rights kept, is written into
 };
 
 /// Makes what `write` writes the content of `path`; `write` may be called twice. A regular file is replaced as a whole,

@@ -37,23 +37,33 @@ TEST_F(Append, SaysSoWhenTheDiskIsFull) {
 
 TEST_F(Create, ReplacesAFileAsAWhole) {
   folder.write("Dial.bat", "older and longer");
-  EXPECT_TRUE(files.create("C:\\DIAL.BAT", "new\r\n", false));
+  EXPECT_TRUE(files.create("C:\\DIAL.BAT", "new\r\n", platform::Readers::asUsual));
   EXPECT_EQ(folder.read("Dial.bat"), "new\r\n");
   EXPECT_THAT(folder.names(), ElementsAre("Dial.bat"));
 }
 
 TEST_F(Create, CanKeepAFileFromEverybodyElse) {
-  EXPECT_TRUE(files.create("C:\\new", "secret", true));
+  EXPECT_TRUE(files.create("C:\\new", "secret", platform::Readers::ownerAlone));
   EXPECT_EQ(permissions("new"), 0600U);
   folder.write("old", "x");
   ASSERT_EQ(::chmod((folder / "old").c_str(), 0666), 0);
-  EXPECT_TRUE(files.create("C:\\old", "secret", true));
+  EXPECT_TRUE(files.create("C:\\old", "secret", platform::Readers::ownerAlone));
   EXPECT_EQ(permissions("old"), 0600U);
 }
 
+TEST_F(Create, CanGiveAFileToEverybody) {
+  const mode_t mask = ::umask(0077);
+  EXPECT_TRUE(files.create("C:\\new", "figures", platform::Readers::everybody));
+  folder.write("old", "x");
+  EXPECT_TRUE(files.create("C:\\old", "figures", platform::Readers::everybody));
+  ::umask(mask);
+  EXPECT_EQ(permissions("new"), 0644U);
+  EXPECT_EQ(permissions("old"), 0644U);
+}
+
 TEST_F(Create, FailsWithoutTheFolder) {
-  EXPECT_FALSE(files.create("C:\\none\\x", "x", false));
-  EXPECT_FALSE(files.create("", "x", false));
+  EXPECT_FALSE(files.create("C:\\none\\x", "x", platform::Readers::asUsual));
+  EXPECT_FALSE(files.create("", "x", platform::Readers::asUsual));
   EXPECT_THAT(trace.lines, SizeIs(2));
 }
 
