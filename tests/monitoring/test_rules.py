@@ -34,7 +34,8 @@ class Desk:
         self.gauge("tellaxis_start_timestamp_seconds", begin, begin * 60)
         for outcome in ("confirmed", "unanswered", "given-up", "unconfirmed"):
             self.gauge("tellaxis_jobs_total", begin, 0, device="fiscal", outcome=outcome)
-        self.lines[self.key("tellaxis_jobs_total", device="fiscal", outcome="confirmed")] = [(begin, "grows")]
+        self.done = [self.key("tellaxis_jobs_total", device="fiscal", outcome="confirmed"), self.key("tellaxis_job_seconds_count", device="fiscal")]
+        self.lines.update((key, [(begin, "grows")]) for key in self.done)
 
     def key(self, metric, **labels):
         return named(metric, job="casse", instance=self.name, **labels)
@@ -47,7 +48,15 @@ class Desk:
         return self.gauge("tellaxis_jobs_total", minute, value, device=device, outcome=outcome)
 
     def no_jobs_from(self, minute):
-        return self.jobs(minute, 0, "confirmed")
+        for key in self.done:
+            self.lines[key].append((minute, "0"))
+        return self
+
+    def confirms(self, minute):
+        """One job more than before, which were none."""
+        for key in self.done:
+            self.lines[key].append((minute, "1"))
+        return self
 
     def killed(self, minute):
         """The file stays as it is."""
@@ -171,7 +180,7 @@ class Fiscal(Rules):
     def test_a_driver_that_does_not_answer_until_it_confirms_again(self):
         for outcome in ("unanswered", "given-up"):
             with self.subTest(outcome):
-                desk = Desk("cassa1").no_jobs_from(30).jobs(40, 1, outcome).jobs(50, 1, "confirmed")
+                desk = Desk("cassa1").no_jobs_from(30).jobs(40, 1, outcome).confirms(50)
                 expression = 'count by (instance, device) (ALERTS{alertname="TellaxisDriverFiscaleMuto",alertstate="firing"})'
                 fires = {'{device="fiscal", instance="cassa1"}': 1}
                 moments = [(39, expression, {}), (41, expression, fires), (49, expression, fires), (50, expression, {}), (60, expression, {})]
@@ -246,7 +255,7 @@ class OpeningHours(Rules):
         self.firing([desk], {sunday + 12 * 60: [], monday + 12 * 60: ["TellaxisCancelloChiuso cassa1 fiscal"]}, "20m")
 
     def test_a_desk_without_a_job_for_an_hour_of_the_day_is_silent(self):
-        desk = Desk("cassa1").no_jobs_from(TEN_O_CLOCK).jobs(TEN_O_CLOCK + 180, 1, "confirmed")
+        desk = Desk("cassa1").no_jobs_from(TEN_O_CLOCK).confirms(TEN_O_CLOCK + 180)
         silent = ["TellaxisCassaMuta cassa1"]
         moments = {TEN_O_CLOCK + 58: [], TEN_O_CLOCK + 62: silent, TEN_O_CLOCK + 179: silent, TEN_O_CLOCK + 181: []}
         self.firing([desk, Desk("cassa2")], moments)
