@@ -25,6 +25,11 @@ constexpr CodeRow rows[] = {
     {Code::diskNearlyFull, "disk-nearly-full", error, "Liberare spazio su quel disco."},
     {Code::posFolderMissing, "pos-folder-missing", warning,
      "Correggere Orbis_Directory, o controllare che l'unit\xE0 di rete sia collegata."},
+    {Code::metricsFolderMissing, "metrics-folder-missing", warning,
+     "Creare la cartella, o correggere metrics nella tabella [bridge] di devices.toml."},
+    {Code::metricsFolderNotWritable, "metrics-folder-not-writable", warning,
+     "Dare all'utente che esegue Tellaxis il permesso di scrivere nella cartella: il file vi viene sostituito ogni 15 "
+     "secondi."},
 
     {Code::gateClosed, "gate-closed", warning,
      "La riapre l'applicativo quando ha finito, o il riavvio di Tellaxis (che scarta i lavori in attesa); se resta "

@@ -20,6 +20,8 @@ enum class Code : std::uint8_t {
   mainFolderNotWritable,
   diskNearlyFull,
   posFolderMissing,
+  metricsFolderMissing,
+  metricsFolderNotWritable,
 
   gateClosed,
   jobsWaiting,

@@ -1,6 +1,8 @@
-// General: the main folder, the settings file, the disk, the point-of-sale folder and the copy that serves them.
+// General: the main folder, the settings file, the disk, the point-of-sale folder, the metrics and the copy that serves
+// them.
 #include "check/devices/devices.h"
 #include "check/words.h"
+#include "core/option_path.h"
 
 namespace tellaxis {
 
@@ -38,6 +40,19 @@ void checkPointOfSale(const CheckScene& scene, Findings& findings) {
                  "Il file dell'applicativo " + settings.pointOfSaleSettingsFile + " non c'\xE8.");
 }
 
+/// To whoever watches the desk, a file that is not written looks like a desk that is switched off.
+void checkMetrics(const CheckScene& scene, Findings& findings) {
+  const std::string file = optionPath(scene.bridge.options.metrics, scene.bridge.settings.mainFolder);
+  if (file.empty()) return;
+  const std::string folder = folderOf(file);
+  const platform::PathLook look = scene.inspection.look(folder);
+  if (!look.isFolder)
+    findings.add(Code::metricsFolderMissing, "La cartella " + folder + " del file dei contatori (metrics) non c'\xE8.");
+  else if (!look.mayWrite)
+    findings.add(Code::metricsFolderNotWritable,
+                 "Nella cartella " + folder + " del file dei contatori (metrics) non si pu\xF2 scrivere.");
+}
+
 }  // namespace
 
 void checkGeneral(const CheckScene& scene, Findings& findings) {
@@ -56,6 +71,7 @@ void checkGeneral(const CheckScene& scene, Findings& findings) {
     findings.add(Code::diskNearlyFull,
                  "Sul disco di " + settings.mainFolder + " restano " + std::to_string(*room / megabyte) + " MB.");
   checkPointOfSale(scene, findings);
+  checkMetrics(scene, findings);
 }
 
 }  // namespace tellaxis

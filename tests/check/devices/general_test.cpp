@@ -83,6 +83,23 @@ TEST_F(GeneralCheck, APointOfSaleFolderOrFileThatIsNotThere) {
   expectFinding("pos-folder-missing", Checked::general, Level::warning, "La cartella dell'applicativo D:\\altrove");
 }
 
+TEST_F(GeneralCheck, AFolderOfTheMetricsThatIsNotThere) {
+  EXPECT_THAT(problems(Checked::general), IsEmpty());
+  options.metrics = "figure\\tellaxis.prom";
+  EXPECT_THAT(problems(Checked::general), ElementsAre("metrics-folder-missing"));
+  expectFinding("metrics-folder-missing", Checked::general, Level::warning, "C:\\cassa\\figure ");
+  computer.files.addFolder("C:\\cassa\\figure");
+  EXPECT_THAT(problems(Checked::general), IsEmpty());
+}
+
+TEST_F(GeneralCheck, AFolderOfTheMetricsThatCannotBeWritten) {
+  options.metrics = "D:\\figure\\tellaxis.prom";
+  computer.files.addFolder("D:\\figure");
+  inspection.unwritable = {"d:\\figure"};
+  EXPECT_THAT(problems(Checked::general), ElementsAre("metrics-folder-not-writable"));
+  expectFinding("metrics-folder-not-writable", Checked::general, Level::warning, "D:\\figure ");
+}
+
 TEST(CheckCodes, EveryProblemHasARemedyAndEveryNameIsItsOwn) {
   std::vector<std::string_view> names;
   for (const CodeRow& row : checkCodes()) {
