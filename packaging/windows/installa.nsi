@@ -155,6 +155,7 @@ Section "un.Tellaxis" un.programs
   Delete "$INSTDIR\guida.html"
   Delete "$INSTDIR\LEGGIMI.txt"
   Delete "$INSTDIR\devices-esempio.toml"
+  RMDir /r "$INSTDIR\esempi"
   Delete "$INSTDIR\disinstalla.exe"
   DeleteRegKey HKLM "${KEY}"
   ; Only where nothing of the desk's is left in it.

@@ -119,7 +119,8 @@ class Playbook(unittest.TestCase):
             "ANSIBLE_PIPELINING": "true",
             "ANSIBLE_LOCALHOST_WARNING": "false",
         }
-        words = ["/usr/bin/python3", monitoring_tool("ansible-playbook"), "-i", "inventario.ini", "casse.yml"]
+        (guide,) = re.findall(r"`ansible-playbook (.*?)`", (HOUSE / "docs/guida/9-molte-casse.md").read_text("utf-8"))
+        words = ["/usr/bin/python3", monitoring_tool("ansible-playbook"), *guide.split()]
         words += ["-e", json.dumps({"tellaxis_restart": ["/usr/local/sbin/riavvia"]})]
         run = subprocess.run(words, cwd=self.example, env=environment, capture_output=True, text=True, check=False)
         self.assertIn("PLAY RECAP", run.stdout, run.stderr)

@@ -29,12 +29,14 @@ set "VECCHIA="
 if exist "%RETE%\versione.txt" set /p NUOVA=<"%RETE%\versione.txt"
 if exist "%CARTELLA%\versione.txt" set /p VECCHIA=<"%CARTELLA%\versione.txt"
 if "%NUOVA%"=="%VECCHIA%" goto :file
+if not exist "%CARTELLA%\metriche" mkdir "%CARTELLA%\metriche"
 start /wait "" "%RETE%\tellaxis-installa.exe" /S /D=%CARTELLA%
 if errorlevel 1 goto :nonInstallato
 if not exist "%CARTELLA%\tellaxisd.exe" goto :nonInstallato
 copy /y "%RETE%\versione.txt" "%CARTELLA%\versione.txt" >nul
 
 :file
+if not exist "%CARTELLA%\metriche" mkdir "%CARTELLA%\metriche"
 copy /y "%RETE%\comune.toml" "%CARTELLA%\comune.toml" >nul
 set "SUO=%RETE%\casse\%CASSA%.toml"
 if not exist "%SUO%" set "SUO=%RETE%\casse\TUTTE.toml"

@@ -66,6 +66,8 @@ class Installer(VersionedDesk):
         )
         self.assertIn("Misuratore fiscale", (self.folder / "guida.html").read_text(encoding="utf-8"))
 
+        self.assertTrue((self.folder / "esempi" / "gpo" / "tellaxis-casse.cmd").exists())
+
         first = self.start()
         self.print_one(self.folder)
         settings = (self.folder / "_Tellaxis.ini").read_bytes()
@@ -86,6 +88,7 @@ class Installer(VersionedDesk):
         self.assertEqual((self.registered("DisplayVersion"), self.links()), (None, []))
         # Run in place so that it can be waited for, the uninstaller alone stays.
         self.assertEqual([path.name for path in self.folder.glob("*.exe")], ["disinstalla.exe"])
+        self.assertFalse((self.folder / "esempi").exists())
         for kept in ("_Tellaxis.ini", "devices.toml", "preconti/000001.jsonl"):
             self.assertTrue((self.folder / kept).exists(), kept)
 
