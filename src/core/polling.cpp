@@ -86,14 +86,16 @@ JobList moveAll(const Bridge& bridge, const std::string& dropFolder, const std::
                 const RoutedKind* routed) {
   platform::Files& files = bridge.host.files;
   JobList jobs;
-  for (const std::string& name : files.listMovable(dropFolder, workFolder).value_or(std::vector<std::string>())) {
-    if (bridge.options.keepWaiting && jobs.isFull()) break;
-    if (!isWhole(bridge, dropFolder + name)) continue;
+  const auto passage = files.openPassage(dropFolder, workFolder);
+  if (passage == nullptr) return jobs;
+  while (!(bridge.options.keepWaiting && jobs.isFull())) {
+    const auto name = passage->next();
+    if (!name) break;
+    if (!isWhole(bridge, dropFolder + *name)) continue;
     if (jobs.isEmpty() && !mayRun(bridge, routed)) break;
-    const std::string workFile = workFolder + name;
-    jobs.add(workFile);
-    if (files.exists(workFile)) files.remove(workFile);
-    files.move(dropFolder + name, workFile);
+    jobs.add(workFolder + *name);
+    if (passage->isTaken()) files.remove(workFolder + *name);
+    passage->move();
     if (goesOneByOne(bridge, routed)) break;
   }
   return jobs;

@@ -38,6 +38,25 @@ enum class Readers : std::uint8_t {
   everybody,  ///< on Windows: who may read the files of its folder
 };
 
+/// The files of a folder on their way to another one. Each is looked at when its turn comes, in the order of the names
+/// without regard to case, and is kept open until the next one's, so that meanwhile nobody begins to write it.
+class Passage {
+ public:
+  virtual ~Passage() = default;
+
+  /// The bare name of the next file that can be read and moved, where a file of the same name is deleted first; nothing
+  /// when there is none left. Left out, and found by a later passage, are: a file that its writer still holds; one that
+  /// cannot be opened, taken away or put there; one that could not be moved, until it or its folders have changed; of
+  /// names that differ in case alone all but the first; links to files.
+  virtual std::optional<std::string> next() = 0;
+
+  /// Whether the target folder has a file of this name, as far as it was seen when the first file was looked at.
+  virtual bool isTaken() = 0;
+
+  /// Moves the file to the target folder, where its name must not be taken.
+  virtual bool move() = 0;
+};
+
 /// Paths are formed by plain concatenation ("C:\MERIDIA" and "\_Local.ini"). Names match as the computer's file system
 /// matches them on Windows: without regard to case. A folder is never a file here, and hidden files are not seen.
 /// A writer holds a file for as long as it has it open for writing.
@@ -70,12 +89,9 @@ class Files {
   /// it cannot be read.
   virtual std::optional<std::vector<std::string>> list(std::string_view folder) = 0;
 
-  /// The bare names of the files of `folder` (not its sub-folders) that can be read and moved to the folder `target`,
-  /// where a file of the same name is deleted first; sorted by name without regard to case. Nothing when one of the
-  /// folders cannot be read. Left out, and found by a later look, are: a file that its writer still holds; one that
-  /// cannot be opened, taken away or put there; one that could not be moved, until it or its folders have changed; of
-  /// names that differ in case alone all but the first; links to files.
-  virtual std::optional<std::vector<std::string>> listMovable(std::string_view folder, std::string_view target) = 0;
+  /// Begins to move files of `folder` (not its sub-folders) to the folder `target`; null when one of the two cannot be
+  /// read.
+  virtual std::unique_ptr<Passage> openPassage(std::string_view folder, std::string_view target) = 0;
 
   /// Copies a file, which must not be held by a writer, over `to`, whole or not at all: a reader of `to` never meets a
   /// half-written file. Only a file that may be written into, but not replaced, is written into as it stands.

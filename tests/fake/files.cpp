@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "platform/files/listed_passage.h"
 #include "text/letter_case.h"
 
 namespace tellaxis::fake {
@@ -104,15 +105,16 @@ std::optional<std::vector<std::string>> Files::list(std::string_view folder) {
   return names;
 }
 
-std::optional<std::vector<std::string>> Files::listMovable(std::string_view folder, std::string_view target) {
-  if (!journal_.record("list " + std::string(folder)) || isMissing(folder) || isMissing(target)) return std::nullopt;
+std::unique_ptr<platform::Passage> Files::openPassage(std::string_view folder, std::string_view target) {
+  if (!journal_.record("list " + std::string(folder)) || isMissing(folder) || isMissing(target)) return nullptr;
   std::vector<std::string> names = namesIn(folder);
-  std::erase_if(names, [&](const std::string& name) {
-    const std::string replaced = withoutBackslash(target) + "\\" + name;
-    return isFixed(withoutBackslash(folder) + "\\" + name) || (has(replaced) && isFixed(replaced));
-  });
   std::ranges::sort(names, lessIgnoringCase);
-  return names;
+  const auto isMovable = [this, from = withoutBackslash(folder) + "\\",
+                          to = withoutBackslash(target) + "\\"](std::string_view name) {
+    const std::string replaced = to + lower(name);
+    return !isFixed(from + lower(name)) && !(has(replaced) && isFixed(replaced));
+  };
+  return std::make_unique<platform::ListedPassage>(*this, folder, target, std::move(names), isMovable);
 }
 
 bool Files::canRead(std::string_view path, bool stepSucceeds) {

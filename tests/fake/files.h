@@ -48,7 +48,7 @@ class Files : public platform::Files {
   std::string temporaryFolder() override { return userTemporaryFolder; }
   bool createFolder(std::string_view path) override;
   std::optional<std::vector<std::string>> list(std::string_view folder) override;
-  std::optional<std::vector<std::string>> listMovable(std::string_view folder, std::string_view target) override;
+  std::unique_ptr<platform::Passage> openPassage(std::string_view folder, std::string_view target) override;
   bool copy(std::string_view from, std::string_view to) override;
   bool move(std::string_view from, std::string_view to) override;
   bool remove(std::string_view path) override;

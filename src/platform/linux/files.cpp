@@ -144,22 +144,21 @@ std::optional<std::vector<std::string>> LinuxFiles::list(std::string_view folder
   return names;
 }
 
-std::optional<std::vector<std::string>> LinuxFiles::listMovable(std::string_view folder, std::string_view target) {
+std::unique_ptr<Passage> LinuxFiles::openPassage(std::string_view folder, std::string_view target) {
+  auto from = openEnd(folder);
+  auto to = from ? openEnd(target) : std::nullopt;
+  if (!to) return nullptr;
+  auto passage = LinuxPassage::open(std::move(*from), std::move(*to), seen_, trace_);
+  if (passage == nullptr) noteWith("list", folder, errno);
+  return passage;
+}
+
+std::optional<PassageEnd> LinuxFiles::openEnd(std::string_view folder) {
   auto native = paths_.spelled(folder);
-  auto nativeTarget = paths_.spelled(target);
-  const Descriptor opened = native ? onWhatExists(paths_, *native, openFolder) : Descriptor();
-  if (!opened) {
-    noteWith("list", folder, native ? errno : ENOENT);
-    return std::nullopt;
-  }
-  const Descriptor openedTarget = nativeTarget ? onWhatExists(paths_, *nativeTarget, openFolder) : Descriptor();
-  if (!openedTarget) {
-    noteWith("list", target, nativeTarget ? errno : ENOENT);
-    return std::nullopt;
-  }
-  auto names = movable_.in(folder, opened, *native, openedTarget);
-  if (!names) noteWith("list", folder, errno);
-  return names;
+  Descriptor opened = native ? onWhatExists(paths_, *native, openFolder) : Descriptor();
+  if (opened) return PassageEnd{std::string(folder), std::move(*native), std::move(opened)};
+  noteWith("list", folder, native ? errno : ENOENT);
+  return std::nullopt;
 }
 
 /// Opens the file at `path` for its content; `native` becomes the path that it was found at.
@@ -170,7 +169,8 @@ Descriptor LinuxFiles::openFile(std::string_view path, std::string& native, mill
     return {};
   }
   native = *spelled;
-  return onWhatExists(paths_, native, [&](const std::string& file) { return openFinished(settling_, file, timeout); });
+  return onWhatExists(paths_, native,
+                      [&](const std::string& file) { return openFinished(seen_.settling, file, timeout); });
 }
 
 /// The same, remembering for `remove` how it ended.
@@ -211,11 +211,8 @@ bool LinuxFiles::moveFile(const std::string& path, std::string to) {
   const int error = errno;
   struct stat status {};
   // Of what this program itself brought there nobody else is the writer, whatever the system there can tell of that.
-  if (moved && ::lstat(to.c_str(), &status) == 0) settling_.accept(to, status);
-  if (moved)
-    settling_.forget(from);
-  else
-    failedMoves_.add(from);
+  if (moved && ::lstat(to.c_str(), &status) == 0) seen_.settling.accept(to, status);
+  if (moved) seen_.settling.forget(from);
   errno = error;
   return moved;
 }
@@ -234,7 +231,7 @@ bool LinuxFiles::removeFile(std::string native, Readings::Outcome reading) {
   if (!file && (nothingThere() || errno == ETXTBSY || errno == EMFILE || errno == ENFILE)) return false;
   if (file && !isReleased(file, reading == Readings::Outcome::none ? removedTimeout : noTimeout))
     return failWith(ETXTBSY);
-  settling_.forget(native);
+  seen_.settling.forget(native);
   return ::unlink(native.c_str()) == 0;
 }
 

@@ -5,10 +5,8 @@
 
 #include "platform/files.h"
 #include "platform/files/readings.h"
-#include "platform/linux/files/failed_moves.h"
-#include "platform/linux/files/movable_names.h"
+#include "platform/linux/files/passage.h"
 #include "platform/linux/files/paths.h"
-#include "platform/linux/files/settling.h"
 #include "platform/trace.h"
 
 namespace tellaxis::platform {
@@ -18,8 +16,7 @@ namespace tellaxis::platform {
 /// counts as held until it has settled.
 class LinuxFiles : public Files {
  public:
-  LinuxFiles(const Paths& paths, Trace& trace)
-      : paths_(paths), trace_(trace), movable_(settling_, failedMoves_, trace) {}
+  LinuxFiles(const Paths& paths, Trace& trace) : paths_(paths), trace_(trace), seen_(trace) {}
 
   bool exists(std::string_view path) override;
   std::optional<std::string> lookUp(std::string_view path) override;
@@ -28,7 +25,7 @@ class LinuxFiles : public Files {
   bool isUnreachable(std::string_view folder) override;
   bool createFolder(std::string_view path) override;
   std::optional<std::vector<std::string>> list(std::string_view folder) override;
-  std::optional<std::vector<std::string>> listMovable(std::string_view folder, std::string_view target) override;
+  std::unique_ptr<Passage> openPassage(std::string_view folder, std::string_view target) override;
   bool copy(std::string_view from, std::string_view to) override;
   bool move(std::string_view from, std::string_view to) override;
   bool remove(std::string_view path) override;
@@ -41,6 +38,7 @@ class LinuxFiles : public Files {
 
  private:
   std::optional<std::string> fileAt(std::string_view path) const;
+  std::optional<PassageEnd> openEnd(std::string_view folder);
   Descriptor openFile(std::string_view path, std::string& native, std::chrono::milliseconds timeout);
   Descriptor openForContent(std::string_view path, std::string& native, std::chrono::milliseconds timeout);
   bool moveFile(const std::string& path, std::string to);
@@ -50,9 +48,7 @@ class LinuxFiles : public Files {
 
   const Paths& paths_;
   Trace& trace_;
-  Settling settling_;
-  FailedMoves failedMoves_;
-  MovableNames movable_;
+  SeenFiles seen_;
   Readings readings_;
 };
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "platform/files/listed_passage.h"
 #include "platform/windows/files/file_operations.h"
 #include "platform/windows/kernel/native.h"
 
@@ -146,29 +147,30 @@ std::optional<std::vector<std::string>> WindowsFiles::list(std::string_view fold
   return names;
 }
 
-std::optional<std::vector<std::string>> WindowsFiles::listMovable(std::string_view folder, std::string_view target) {
+std::unique_ptr<Passage> WindowsFiles::openPassage(std::string_view folder, std::string_view target) {
   auto found = filesOf(wide(folder));
   if (!found || !folderExists(target)) {
     failed(trace_, "list", found ? target : folder);
-    return std::nullopt;
+    return nullptr;
   }
   sortWithoutRegardToCase(*found);
-  const std::wstring from = wide(folder) + L'\\';
-  const std::wstring to = wide(target) + L'\\';
   std::vector<std::string> names;
   for (const std::wstring& name : *found) {
-    if (isHeld(from + name)) continue;
-    if (!openWithoutWriters(from + name)) {
-      failed(trace_, "list", narrowForReading(name));
-      continue;
-    }
-    if (isThere(to + name) && !canBeDeleted(to + name)) continue;
     if (auto narrowName = narrow(name))
       names.push_back(std::move(*narrowName));
     else
       failed(trace_, "list", narrowForReading(name), "il nome ha caratteri che non si possono usare");
   }
-  return names;
+  const auto isMovable = [this, from = wide(folder) + L'\\', to = wide(target) + L'\\'](std::string_view name) {
+    return this->isMovable(from + wide(name), to + wide(name));
+  };
+  return std::make_unique<ListedPassage>(*this, folder, target, std::move(names), isMovable);
+}
+
+bool WindowsFiles::isMovable(const std::wstring& file, const std::wstring& target) {
+  if (isHeld(file)) return false;
+  if (!openWithoutWriters(file)) return failed(trace_, "list", narrowForReading(file));
+  return !isThere(target) || canBeDeleted(target);
 }
 
 bool WindowsFiles::copy(std::string_view from, std::string_view to) {

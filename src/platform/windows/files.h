@@ -19,7 +19,7 @@ class WindowsFiles : public Files {
   std::string temporaryFolder() override;
   bool createFolder(std::string_view path) override;
   std::optional<std::vector<std::string>> list(std::string_view folder) override;
-  std::optional<std::vector<std::string>> listMovable(std::string_view folder, std::string_view target) override;
+  std::unique_ptr<Passage> openPassage(std::string_view folder, std::string_view target) override;
   bool copy(std::string_view from, std::string_view to) override;
   bool move(std::string_view from, std::string_view to) override;
   bool remove(std::string_view path) override;
@@ -31,6 +31,8 @@ class WindowsFiles : public Files {
   bool create(std::string_view path, std::string_view text, Readers readers) override;
 
  private:
+  bool isMovable(const std::wstring& file, const std::wstring& target);
+
   Trace& trace_;
   Readings readings_;
 };

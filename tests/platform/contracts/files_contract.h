@@ -8,6 +8,7 @@
 
 #include "platform/files.h"
 #include "platform/host.h"
+#include "platform/movable.h"
 
 namespace tellaxis::test {
 
@@ -84,8 +85,8 @@ TYPED_TEST_P(FilesContract, AMissingFolderTakesAndGivesNothing) {
   EXPECT_FALSE(this->files.copy(this->jobs + "\\a.txt", missing));
   EXPECT_FALSE(this->files.move(this->jobs + "\\a.txt", missing));
   EXPECT_EQ(this->files.list(folder), std::nullopt);
-  EXPECT_EQ(this->files.listMovable(folder, this->work), std::nullopt);
-  EXPECT_EQ(this->files.listMovable(this->jobs, folder), std::nullopt);
+  EXPECT_EQ(test::movable(this->files, folder, this->work), std::nullopt);
+  EXPECT_EQ(test::movable(this->files, this->jobs, folder), std::nullopt);
   EXPECT_FALSE(this->files.removeAll(folder));
   EXPECT_FALSE(this->files.removeFolder(folder));
   EXPECT_EQ(this->read(this->jobs + "\\a.txt"), "uno");
@@ -96,8 +97,43 @@ TYPED_TEST_P(FilesContract, FilesAreListedInTheOrderOfTheirNames) {
   ASSERT_TRUE(this->files.createFolder(this->jobs + "\\aa"));
   EXPECT_THAT(this->files.list(this->jobs), testing::Optional(testing::ElementsAre("A.txt", "b.txt", "c.txt")));
   EXPECT_THAT(this->files.list(this->work), testing::Optional(testing::IsEmpty()));
-  EXPECT_THAT(this->files.listMovable(this->jobs, this->work),
+  EXPECT_THAT(test::movable(this->files, this->jobs, this->work),
               testing::Optional(testing::ElementsAre("A.txt", "b.txt", "c.txt")));
+}
+
+TYPED_TEST_P(FilesContract, APassageMovesTheFilesThatItNames) {
+  for (const char* name : {"a.txt", "b.txt", "c.txt"}) ASSERT_TRUE(this->put(this->jobs + "\\" + name, name));
+  {
+    const auto passage = this->files.openPassage(this->jobs, this->work);
+    ASSERT_NE(passage, nullptr);
+    EXPECT_EQ(passage->next(), "a.txt");
+    EXPECT_FALSE(passage->isTaken());
+    EXPECT_TRUE(passage->move());
+    EXPECT_EQ(passage->next(), "b.txt");
+    EXPECT_EQ(passage->next(), "c.txt") << "what is not moved stays";
+    EXPECT_TRUE(passage->move());
+    EXPECT_EQ(passage->next(), std::nullopt);
+    EXPECT_EQ(passage->next(), std::nullopt);
+  }
+  EXPECT_EQ(this->read(this->work + "\\a.txt"), "a.txt");
+  EXPECT_THAT(this->files.list(this->jobs), testing::Optional(testing::ElementsAre("b.txt")));
+  EXPECT_THAT(this->files.list(this->work), testing::Optional(testing::ElementsAre("a.txt", "c.txt")));
+}
+
+TYPED_TEST_P(FilesContract, APassageReplacesNothingUnasked) {
+  ASSERT_TRUE(this->put(this->jobs + "\\a.txt", "nuovo"));
+  ASSERT_TRUE(this->put(this->work + "\\A.TXT", "vecchio"));
+  const auto passage = this->files.openPassage(this->jobs, this->work);
+  ASSERT_NE(passage, nullptr);
+  EXPECT_EQ(passage->next(), "a.txt");
+  EXPECT_TRUE(passage->isTaken());
+  EXPECT_FALSE(passage->move());
+  EXPECT_EQ(this->read(this->work + "\\a.txt"), "vecchio");
+  EXPECT_TRUE(this->files.remove(this->work + "\\a.txt"));
+  EXPECT_FALSE(passage->isTaken());
+  EXPECT_TRUE(passage->move());
+  EXPECT_EQ(this->read(this->work + "\\a.txt"), "nuovo");
+  EXPECT_FALSE(this->files.exists(this->jobs + "\\a.txt"));
 }
 
 TYPED_TEST_P(FilesContract, ACopyReplacesAndAMoveDoesNot) {
@@ -121,14 +157,14 @@ TYPED_TEST_P(FilesContract, AFileThatItsWriterHoldsIsLeftAlone) {
   ASSERT_TRUE(this->put(job, "mezzo"));
   ASSERT_TRUE(this->put(this->jobs + "\\b.txt", "intero"));
   this->computer.hold(job);
-  EXPECT_THAT(this->files.listMovable(this->jobs, this->work), testing::Optional(testing::ElementsAre("b.txt")));
+  EXPECT_THAT(test::movable(this->files, this->jobs, this->work), testing::Optional(testing::ElementsAre("b.txt")));
   EXPECT_EQ(this->files.openInput(job), nullptr);
   EXPECT_FALSE(this->files.copy(job, this->work + "\\a.txt"));
   EXPECT_FALSE(this->files.move(job, this->work + "\\a.txt"));
   EXPECT_FALSE(this->files.remove(job));
   EXPECT_FALSE(this->files.exists(this->work + "\\a.txt"));
   this->computer.release(job);
-  EXPECT_THAT(this->files.listMovable(this->jobs, this->work),
+  EXPECT_THAT(test::movable(this->files, this->jobs, this->work),
               testing::Optional(testing::ElementsAre("a.txt", "b.txt")));
   EXPECT_EQ(this->read(job), "mezzo");
   EXPECT_TRUE(this->files.move(job, this->work + "\\a.txt"));
@@ -193,6 +229,7 @@ TYPED_TEST_P(FilesContract, AFullDiskLeavesWhatWasThere) {
 
 REGISTER_TYPED_TEST_SUITE_P(FilesContract, WhatIsCreatedIsFoundWithoutRegardToCase, WhatIsNotThereCannotBeUsed,
                             AFolderIsNoFile, AMissingFolderTakesAndGivesNothing, FilesAreListedInTheOrderOfTheirNames,
+                            APassageMovesTheFilesThatItNames, APassageReplacesNothingUnasked,
                             ACopyReplacesAndAMoveDoesNot, AFileThatItsWriterHoldsIsLeftAlone,
                             WhatWasRefusedToItsReaderIsNotDeletedUnread, AppendingCreatesAndGoesOn,
                             EmptyingAFolderLeavesItsFolders, AFileIsKnownAgainUntilItChanges,

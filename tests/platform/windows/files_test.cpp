@@ -57,7 +57,7 @@ TEST_F(WindowsFilesTest, AListHasTheVisibleFilesByNameWithoutRegardToCase) {
   std::filesystem::create_directories(folder.path("aa"));
   hide("nascosto.txt");
   EXPECT_THAT(listed(), Optional(ElementsAre("A.txt", "b.txt", "c.txt", "\xE0.txt")));
-  EXPECT_EQ(files.listMovable(folder / "manca", folder / ""), std::nullopt);
+  EXPECT_EQ(test::movable(files, folder / "manca", folder / ""), std::nullopt);
   EXPECT_EQ(trace.lines.size(), 1U);
 }
 

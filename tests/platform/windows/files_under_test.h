@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <string>
 
+#include "platform/movable.h"
 #include "platform/temporary_folder.h"
 #include "platform/trace_log.h"
 #include "platform/windows/files.h"
@@ -33,7 +34,7 @@ struct WindowsFilesTest : ::testing::Test {
   }
 
   /// What could be moved to another folder.
-  auto listed() { return files.listMovable((folder / "").substr(0, (folder / "").size() - 1), work / ""); }
+  auto listed() { return test::movable(files, (folder / "").substr(0, (folder / "").size() - 1), work / ""); }
 
   std::string readThrough(const std::string& path) {
     const auto file = files.openInput(path);

@@ -40,8 +40,9 @@ std::optional<FileIdentity> identityOf(const std::string& native) {
 }
 
 bool stickinessAllows(const struct stat& folder, const struct stat& file) {
+  if ((folder.st_mode & S_ISVTX) == 0) return true;
   const uid_t user = ::geteuid();
-  if ((folder.st_mode & S_ISVTX) == 0 || user == folder.st_uid || user == file.st_uid || isOwnerOfAll()) return true;
+  if (user == folder.st_uid || user == file.st_uid || isOwnerOfAll()) return true;
   errno = EPERM;
   return false;
 }

@@ -6,7 +6,6 @@
 #include <cerrno>
 #include <thread>
 
-#include "platform/linux/files/writer_hold.h"
 #include "platform/linux/kernel/uninterrupted.h"
 
 namespace tellaxis::platform {
@@ -18,8 +17,12 @@ constexpr std::chrono::milliseconds betweenLooks{50};
 }  // namespace
 
 Descriptor openRegularFile(int folder, const char* name, LastLink link) {
-  const int flags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | (link == LastLink::refused ? O_NOFOLLOW : 0);
   struct stat status {};
+  return openRegularFile(folder, name, status, link);
+}
+
+Descriptor openRegularFile(int folder, const char* name, struct stat& status, LastLink link) {
+  const int flags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | (link == LastLink::refused ? O_NOFOLLOW : 0);
   Descriptor file(untilUninterrupted([&] { return ::openat(folder, name, flags); }));
   // Somebody who shares the file over the network may have it to himself for as long as he wants.
   if (!file && errno == EWOULDBLOCK) errno = ETXTBSY;
@@ -29,11 +32,8 @@ Descriptor openRegularFile(int folder, const char* name, LastLink link) {
   return {};
 }
 
-int whyUnfinished(Settling& settling, const Descriptor& file, const std::string& path) {
-  const Hold hold = holdOf(file);
+int whyUnfinished(Settling& settling, Hold hold, const std::string& path, const struct stat& status) {
   if (hold != Hold::unknown) return hold == Hold::held ? ETXTBSY : 0;
-  struct stat status {};
-  if (::fstat(file.number(), &status) != 0) return errno;
   return settling.isSettled(path, status) ? 0 : EINPROGRESS;
 }
 
@@ -41,9 +41,10 @@ Descriptor openFinished(Settling& settling, const std::string& path, std::chrono
   const auto deadline = std::chrono::steady_clock::now() + timeout;
   for (;;) {
     // Opened anew for every look: over a network only that asks the other computer.
-    Descriptor file = openRegularFile(AT_FDCWD, path.c_str());
+    struct stat status {};
+    Descriptor file = openRegularFile(AT_FDCWD, path.c_str(), status);
     if (!file) return file;
-    const int reason = whyUnfinished(settling, file, path);
+    const int reason = whyUnfinished(settling, holdOf(file), path, status);
     if (reason == 0) return file;
     if (reason != EINPROGRESS || std::chrono::steady_clock::now() >= deadline) {
       errno = reason;

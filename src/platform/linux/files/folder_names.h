@@ -1,9 +1,11 @@
-// Folder names: finding a name in a folder without regard to case, quickly in big folders too.
+// Folder names: finding a name in a folder without regard to case, quickly in folders that rest.
 #pragma once
 
 #include <sys/types.h>
 
+#include <chrono>
 #include <cstdint>
+#include <ctime>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -14,8 +16,6 @@
 
 #include "platform/linux/kernel/descriptor.h"
 
-struct inotify_event;
-
 namespace tellaxis::platform {
 
 /// What a folder has in answer to a name.
@@ -24,11 +24,14 @@ struct NameMatch {
   std::optional<std::string> otherwise;  ///< differs in case alone; of several the first by its bytes
 };
 
-/// A folder is read anew for every look-up. Of the few big ones that were asked for last, the names are kept, and the
-/// system's notices of every change, whoever makes it, are taken in before each answer. Where the system gives no such
-/// notices (network file systems) big folders are read anew too. May be used by several threads.
+/// A folder is read anew for every look-up, unless it rests: the names of the few resting ones that were asked for last
+/// are kept for as long as the time of the folder's last change stays the same. May be used by several threads.
 class FolderNames {
  public:
+  /// A folder rests that has not changed for this long; only then does the next change show in its time, which some
+  /// file systems keep in seconds alone.
+  explicit FolderNames(std::chrono::milliseconds rest = std::chrono::seconds(2)) : rest_(rest) {}
+
   /// Looks in `folder`, a native path with its ending separator, or empty for the working folder. Nothing, with
   /// `errno`, when the folder cannot be read.
   std::optional<NameMatch> find(const std::string& folder, std::string_view name);
@@ -37,26 +40,25 @@ class FolderNames {
   bool isKnownToLack(const std::string& folder, std::string_view name);
 
  private:
-  using Names = std::unordered_map<std::string, std::vector<std::string>>;  ///< by their upper-case texts
+  /// The names by their upper-case texts.
+  using Names = std::unordered_map<std::string, std::vector<std::string>>;
 
-  struct Watched {
-    int watch = -1;
+  struct Kept {
     dev_t device = 0;
     ino_t inode = 0;
+    timespec changed{};
     std::uint64_t lastUse = 0;
+    bool tooMany = false;  ///< names to keep
     Names names;
   };
 
-  Watched* watched(const std::string& folder);
-  void begin(const std::string& folder);
-  void end(int watch);
+  Kept* kept(const std::string& folder);
+  Kept* keep(const std::string& folder, const Descriptor& opened);
   void makeRoom();
-  void takeNotices();
-  void take(const inotify_event& notice);
 
+  const std::chrono::milliseconds rest_;
   std::mutex mutex_;
-  Descriptor notices_;
-  std::map<std::string, Watched> folders_;
+  std::map<std::string, Kept> folders_;
   std::uint64_t uses_ = 0;
 };
 

@@ -5,6 +5,7 @@
 #include <sys/statvfs.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 
@@ -45,16 +46,24 @@ int MovableFiles::ask() {
   return read ? 0 : errno;
 }
 
-int MovableFiles::whyNot(const Descriptor& file, std::string_view text) {
-  struct stat status {};
-  if (::fstat(file.number(), &status) != 0) return errno;
-  if (!stickinessAllows(fromStatus_, status)) return EPERM;
+int MovableFiles::whyNot(const struct stat& file, std::string_view text) {
+  if (!stickinessAllows(fromStatus_, file)) return EPERM;
   if (const int reason = whyNotReplaced(text); reason != 0) return reason;
-  return whyNoRoom(status);
+  return whyNoRoom(file);
+}
+
+bool MovableFiles::isNameTaken(std::string_view text) const {
+  if (waiting_.empty()) return false;
+  const auto found = waiting_.find(upperCase(text));
+  struct stat status {};
+  return found != waiting_.end() && std::ranges::any_of(found->second, [&](const std::string& name) {
+           return ::fstatat(to_.number(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+         });
 }
 
 /// Why the file that has this name there could not be deleted.
-int MovableFiles::whyNotReplaced(std::string_view text) {
+int MovableFiles::whyNotReplaced(std::string_view text) const {
+  if (waiting_.empty()) return 0;
   const auto found = waiting_.find(upperCase(text));
   if (found == waiting_.end()) return 0;
   if (found->second.size() > 1) return EEXIST;

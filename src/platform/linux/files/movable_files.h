@@ -22,14 +22,17 @@ class MovableFiles {
   /// Why no file at all could be moved.
   int whyNone();
 
-  /// Why an open file could not be moved there under the name `text`, in code page 1252, where a file of that name is
-  /// deleted first.
-  int whyNot(const Descriptor& file, std::string_view text);
+  /// Why a file could not be moved there under the name `text`, in code page 1252, where a file of that name is deleted
+  /// first.
+  int whyNot(const struct stat& file, std::string_view text);
+
+  /// Whether what had this name there at the first file's look is still there.
+  bool isNameTaken(std::string_view text) const;
 
  private:
   int ask();
   int whyNoRoom(const struct stat& file);
-  int whyNotReplaced(std::string_view text);
+  int whyNotReplaced(std::string_view text) const;
 
   const Descriptor& from_;
   const Descriptor& to_;

@@ -106,10 +106,10 @@ bool isForbidden(int error) { return error == EACCES || error == EPERM || error 
 
 bool copyAll(const Descriptor& from, const Descriptor& to) {
   char buffer[64 * 1024];
-  if (::lseek(from.number(), 0, SEEK_SET) != 0) return false;
-  for (;;) {
-    const ssize_t got = untilUninterrupted([&] { return ::read(from.number(), buffer, sizeof buffer); });
+  for (off_t position = 0;;) {
+    const ssize_t got = untilUninterrupted([&] { return ::pread(from.number(), buffer, sizeof buffer, position); });
     if (got <= 0) return got == 0;
+    position += got;
     if (!writeAll(to, {buffer, static_cast<std::size_t>(got)})) return false;
   }
 }

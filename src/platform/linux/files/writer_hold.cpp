@@ -19,12 +19,12 @@ constexpr std::array<std::uint32_t, 11> networkFileSystems = {0x6969,     0x517B
                                                               0x65735546, 0x01021997, 0x00C36400, 0x5346414F,
                                                               0x6B414653, 0x73757245, 0x786F4256};
 
-bool isOnNetwork(const Descriptor& file) {
-  struct statfs status {};
-  return ::fstatfs(file.number(), &status) == 0 && isNetworkFileSystem(status.f_type);
-}
-
 }  // namespace
+
+bool isOnNetwork(const Descriptor& opened) {
+  struct statfs status {};
+  return ::fstatfs(opened.number(), &status) == 0 && isNetworkFileSystem(status.f_type);
+}
 
 bool isNetworkFileSystem(long type) {
   return std::find(networkFileSystems.begin(), networkFileSystems.end(), static_cast<std::uint32_t>(type)) !=
@@ -33,7 +33,10 @@ bool isNetworkFileSystem(long type) {
 
 Hold holdOf(const Descriptor& file) {
   // Over a network a lease says nothing of the others' writers, and some servers refuse every one as if there were any.
-  if (isOnNetwork(file)) return Hold::unknown;
+  return isOnNetwork(file) ? Hold::unknown : holdOnThisComputer(file);
+}
+
+Hold holdOnThisComputer(const Descriptor& file) {
   // Should somebody open the file for writing while the lease lasts, the notice must not end this program.
   ::fcntl(file.number(), F_SETSIG, SIGURG);
   if (::fcntl(file.number(), F_SETLEASE, F_RDLCK) == 0) return Hold::free;

@@ -14,7 +14,13 @@ enum class Hold {
 /// Asks about a file that is open for reading.
 Hold holdOf(const Descriptor& file);
 
-/// True for the type number, as the system states it, of a file system whose files other computers write unseen.
+/// The same for a file that is on no network file system.
+Hold holdOnThisComputer(const Descriptor& file);
+
+/// Whether an open file or folder is on a file system whose files other computers write unseen.
+bool isOnNetwork(const Descriptor& opened);
+
+/// True for the type number, as the system states it, of such a file system.
 bool isNetworkFileSystem(long type);
 
 }  // namespace tellaxis::platform

@@ -10,6 +10,7 @@
 
 #include "platform/linux/files.h"
 #include "platform/linux/kernel/descriptor.h"
+#include "platform/movable.h"
 #include "platform/temporary_folder.h"
 #include "platform/trace_log.h"
 
@@ -56,7 +57,7 @@ struct LinuxFilesTest : testing::Test {
     return status.st_mode & 07777;
   }
   /// What could be moved to D:, which is another folder.
-  auto listed() { return files.listMovable("C:\\", "D:\\"); }
+  auto listed() { return test::movable(files, "C:\\", "D:\\"); }
   void makeOpenToAll(const test::TemporaryFolder& opened, mode_t more = 0) {
     ASSERT_EQ(::chmod((opened / "").c_str(), 0777 | more), 0);
   }

@@ -5,6 +5,7 @@
 #include <strings.h>
 
 #include <atomic>
+#include <chrono>
 #include <random>
 #include <set>
 #include <thread>
@@ -17,13 +18,18 @@ namespace {
 namespace fs = std::filesystem;
 
 struct FolderNamesTest : testing::Test {
-  test::TemporaryFolder folder;
-  FolderNames names;
+  static constexpr std::chrono::milliseconds rest{30};
 
-  /// A folder with so many files that its names are kept.
-  std::string bigFolder(const std::string& name) {
+  test::TemporaryFolder folder;
+  FolderNames names{rest};
+
+  static void letRest() { std::this_thread::sleep_for(rest + std::chrono::milliseconds(5)); }
+
+  /// A folder that has not changed for so long that its names are kept when it is first asked for one.
+  std::string restingFolder(const std::string& name) {
     fs::create_directories(folder.path(name));
     for (int i = 0; i < 100; ++i) folder.write(name + "/filler" + std::to_string(i), "");
+    letRest();
     return folder / (name + "/");
   }
   std::string otherSpelling(const std::string& in, const std::string& name) {
@@ -33,14 +39,15 @@ struct FolderNamesTest : testing::Test {
   }
 };
 
-TEST_F(FolderNamesTest, ABigFolderAnswersAsASmallOneDoes) {
-  const std::string big = bigFolder("big");
+TEST_F(FolderNamesTest, AFolderThatRestsAnswersAsOneThatChangesDoes) {
+  const std::string resting = restingFolder("big");
   const std::string small = folder / "small/";
   fs::create_directories(small);
-  for (const std::string& in : {big, small})
+  for (const std::string& in : {resting, small})
     for (const char* name : {"Città.txt", "job.TXT", "Job.TXT", "citt\xE0.bin", "日本"}) std::ofstream(in + name) << "";
-  for (const std::string& in : {big, small})
+  for (const std::string& in : {resting, small})
     for (int again = 0; again < 3; ++again) {
+      if (in == resting) letRest();
       EXPECT_EQ(otherSpelling(in, "JOB.txt"), "Job.TXT");
       EXPECT_EQ(otherSpelling(in, "job.TXT"), "job.TXT");
       EXPECT_EQ(otherSpelling(in, "CITTÀ.TXT"), "Città.txt");
@@ -51,15 +58,15 @@ TEST_F(FolderNamesTest, ABigFolderAnswersAsASmallOneDoes) {
 }
 
 TEST_F(FolderNamesTest, OnlyWhatWasReadIsKnownToLackAnything) {
-  const std::string big = bigFolder("big");
-  EXPECT_FALSE(names.isKnownToLack(big, "none"));
-  EXPECT_EQ(otherSpelling(big, "none"), "(none)");
-  EXPECT_TRUE(names.isKnownToLack(big, "none"));
-  EXPECT_FALSE(names.isKnownToLack(big, "FILLER7"));
+  const std::string resting = restingFolder("big");
+  EXPECT_FALSE(names.isKnownToLack(resting, "none"));
+  EXPECT_EQ(otherSpelling(resting, "none"), "(none)");
+  EXPECT_TRUE(names.isKnownToLack(resting, "none"));
+  EXPECT_FALSE(names.isKnownToLack(resting, "FILLER7"));
 }
 
 TEST_F(FolderNamesTest, EveryChangeIsNoticedAtOnce) {
-  const std::string big = bigFolder("big");
+  const std::string resting = restingFolder("big");
   fs::create_directories(folder.path("other"));
   std::mt19937 random(1);
   std::set<std::string> present;
@@ -75,25 +82,26 @@ TEST_F(FolderNamesTest, EveryChangeIsNoticedAtOnce) {
     std::error_code ignored;
     switch (random() % 5) {
       case 0:
-        std::ofstream(big + name) << "";
+        std::ofstream(resting + name) << "";
         present.insert(name);
         break;
       case 1:
-        fs::remove(big + name, ignored);
+        fs::remove(resting + name, ignored);
         present.erase(name);
         break;
       case 2:
         if (present.erase(name) == 0) break;
-        fs::rename(big + name, big + target, ignored);
+        fs::rename(resting + name, resting + target, ignored);
         present.insert(target);
         break;
       case 3:
         std::ofstream(folder / "other/x") << "";
-        fs::rename(folder / "other/x", big + name, ignored);
+        fs::rename(folder / "other/x", resting + name, ignored);
         present.insert(name);
         break;
-      default: fs::rename(big + name, folder / "other/y", ignored); present.erase(name);
+      default: fs::rename(resting + name, folder / "other/y", ignored); present.erase(name);
     }
+    if (step % 50 == 0) letRest();
     const std::string asked = spelling(static_cast<int>(random() % 20));
     std::string expected = "(none)";
     for (const std::string& candidate : present)
@@ -101,83 +109,89 @@ TEST_F(FolderNamesTest, EveryChangeIsNoticedAtOnce) {
           expected == "(none)")
         expected = candidate;
     if (present.count(asked) != 0) expected = asked;
-    ASSERT_EQ(otherSpelling(big, asked), expected) << step;
+    ASSERT_EQ(otherSpelling(resting, asked), expected) << step;
   }
 }
 
 TEST_F(FolderNamesTest, AFolderThatTookThePlaceOfAnotherIsReadAnew) {
-  const std::string big = bigFolder("big");
-  std::ofstream(big + "Old") << "";
-  EXPECT_EQ(otherSpelling(big, "OLD"), "Old");
+  const std::string resting = restingFolder("big");
+  std::ofstream(resting + "Old") << "";
+  EXPECT_EQ(otherSpelling(resting, "OLD"), "Old");
   fs::rename(folder.path("big"), folder.path("away"));
-  EXPECT_EQ(otherSpelling(big, "OLD"), "(folder not read)");
-  bigFolder("big");
-  EXPECT_EQ(otherSpelling(big, "OLD"), "(none)");
-  EXPECT_EQ(otherSpelling(big, "FILLER1"), "filler1");
+  EXPECT_EQ(otherSpelling(resting, "OLD"), "(folder not read)");
+  restingFolder("big");
+  EXPECT_EQ(otherSpelling(resting, "OLD"), "(none)");
+  EXPECT_EQ(otherSpelling(resting, "FILLER1"), "filler1");
   fs::remove_all(folder.path("big"));
-  EXPECT_FALSE(names.isKnownToLack(big, "x"));
-  EXPECT_EQ(otherSpelling(big, "FILLER1"), "(folder not read)");
+  EXPECT_FALSE(names.isKnownToLack(resting, "x"));
+  EXPECT_EQ(otherSpelling(resting, "FILLER1"), "(folder not read)");
 }
 
 TEST_F(FolderNamesTest, ALinkOnTheWayThatChangesIsNoticed) {
-  bigFolder("one/big");
-  const std::string two = bigFolder("two/big");
+  restingFolder("one/big");
+  const std::string two = restingFolder("two/big");
   std::ofstream(two + "Two") << "";
   fs::create_directory_symlink("one", folder.path("link"));
-  const std::string big = folder / "link/big/";
-  EXPECT_EQ(otherSpelling(big, "TWO"), "(none)");
+  const std::string resting = folder / "link/big/";
+  EXPECT_EQ(otherSpelling(resting, "TWO"), "(none)");
   fs::remove(folder.path("link"));
   fs::create_directory_symlink("two", folder.path("link"));
-  EXPECT_EQ(otherSpelling(big, "TWO"), "Two");
+  EXPECT_EQ(otherSpelling(resting, "TWO"), "Two");
 }
 
 TEST_F(FolderNamesTest, OneFolderUnderTwoPathsIsKeptRight) {
-  const std::string big = bigFolder("big");
+  const std::string resting = restingFolder("big");
   fs::create_directory_symlink("big", folder.path("link"));
   const std::string link = folder / "link/";
-  for (const std::string& path : {big, link}) EXPECT_EQ(otherSpelling(path, "NEW"), "(none)");
-  std::ofstream(big + "new") << "";
-  for (const std::string& path : {big, link}) EXPECT_EQ(otherSpelling(path, "NEW"), "new");
+  for (const std::string& path : {resting, link}) EXPECT_EQ(otherSpelling(path, "NEW"), "(none)");
+  std::ofstream(resting + "new") << "";
+  for (const std::string& path : {resting, link}) EXPECT_EQ(otherSpelling(path, "NEW"), "new");
 }
 
-TEST_F(FolderNamesTest, MoreNoticesThanTheSystemKeepsDoNoHarm) {
-  const std::string big = bigFolder("big");
-  EXPECT_EQ(otherSpelling(big, "LAST"), "(none)");
-  std::size_t kept = 16'384;
-  std::ifstream("/proc/sys/fs/inotify/max_queued_events") >> kept;
-  for (std::size_t i = 0; i < kept / 2 + 100; ++i) {
-    fs::rename(big + "filler1", big + "Filler1");
-    fs::rename(big + "Filler1", big + "filler1");
+TEST_F(FolderNamesTest, AFolderWithMoreNamesThanAreKeptIsReadAnew) {
+  const std::string huge = folder / "huge/";
+  fs::create_directories(huge);
+  for (int i = 0; i < 10'050; ++i) std::ofstream(huge + "Filler" + std::to_string(i)) << "";
+  letRest();
+  for (int again = 0; again < 2; ++again) {
+    EXPECT_EQ(otherSpelling(huge, "FILLER10049"), "Filler10049");
+    EXPECT_EQ(otherSpelling(huge, "NONE"), "(none)");
+    EXPECT_FALSE(names.isKnownToLack(huge, "NONE"));
   }
-  std::ofstream(big + "last") << "";
-  EXPECT_EQ(otherSpelling(big, "LAST"), "last");
-  std::ofstream(big + "more") << "";
-  EXPECT_EQ(otherSpelling(big, "MORE"), "more");
 }
 
-TEST_F(FolderNamesTest, AnyNumberOfBigFoldersIsAnsweredRight) {
+TEST_F(FolderNamesTest, OnlyAFolderThatHasRestedLongEnoughIsKept) {
+  const std::string resting = restingFolder("resting");
+  EXPECT_EQ(otherSpelling(resting, "none"), "(none)");
+  FolderNames longer(std::chrono::hours(1));
+  EXPECT_FALSE(longer.find(resting, "none").value().asSpelled);
+  EXPECT_FALSE(longer.isKnownToLack(resting, "none"));
+  EXPECT_TRUE(names.isKnownToLack(resting, "none"));
+}
+
+TEST_F(FolderNamesTest, AnyNumberOfFoldersIsAnsweredRight) {
   std::vector<std::string> folders;
-  for (int i = 0; i < 20; ++i) folders.push_back(bigFolder("big" + std::to_string(i)));
+  for (int i = 0; i < 20; ++i) folders.push_back(restingFolder("big" + std::to_string(i)));
   for (int again = 0; again < 2; ++again)
-    for (const std::string& big : folders) {
-      EXPECT_EQ(otherSpelling(big, "NEW" + std::to_string(again)), "(none)");
-      std::ofstream(big + "new" + std::to_string(again)) << "";
-      EXPECT_EQ(otherSpelling(big, "NEW" + std::to_string(again)), "new" + std::to_string(again));
+    for (const std::string& resting : folders) {
+      EXPECT_EQ(otherSpelling(resting, "NEW" + std::to_string(again)), "(none)");
+      std::ofstream(resting + "new" + std::to_string(again)) << "";
+      EXPECT_EQ(otherSpelling(resting, "NEW" + std::to_string(again)), "new" + std::to_string(again));
     }
 }
 
 TEST_F(FolderNamesTest, ServesSeveralThreads) {
-  const std::string big = bigFolder("big");
+  const std::string resting = restingFolder("big");
   std::atomic<int> wrong = 0;
   std::vector<std::thread> threads;
   for (int thread = 0; thread < 4; ++thread)
     threads.emplace_back([&, thread] {
       const std::string name = "mine" + std::to_string(thread);
       for (int i = 0; i < 200; ++i) {
-        std::ofstream(big + name) << "";
-        if (otherSpelling(big, "MINE" + std::to_string(thread)) != name) ++wrong;
-        fs::remove(big + name);
-        if (otherSpelling(big, "MINE" + std::to_string(thread)) != "(none)") ++wrong;
+        std::ofstream(resting + name) << "";
+        if (otherSpelling(resting, "MINE" + std::to_string(thread)) != name) ++wrong;
+        fs::remove(resting + name);
+        if (otherSpelling(resting, "MINE" + std::to_string(thread)) != "(none)") ++wrong;
       }
     });
   for (std::thread& thread : threads) thread.join();

@@ -43,8 +43,8 @@ TEST_F(List, ANameThatIsNoUtf8CanBeUsedAsItIsListed) {
 }
 
 TEST_F(List, OfAFolderThatIsNotThereIsNothing) {
-  EXPECT_EQ(files.listMovable("C:\\none", "D:\\"), std::nullopt);
-  EXPECT_EQ(files.listMovable("", "D:\\"), std::nullopt);
+  EXPECT_EQ(test::movable(files, "C:\\none", "D:\\"), std::nullopt);
+  EXPECT_EQ(test::movable(files, "", "D:\\"), std::nullopt);
   EXPECT_THAT(trace.lines, SizeIs(2));
 }
 
@@ -125,9 +125,15 @@ TEST_F(List, LeavesOutWhatCannotTakeTheNameThere) {
 
 TEST_F(List, LeavesOutWhatCouldNotBeMovedUntilSomethingHasChanged) {
   folder.write("job", "text");
-  ASSERT_THAT(listed(), Optional(ElementsAre("job")));
-  work.write("job", "came in between");
-  ASSERT_FALSE(files.move("C:\\job", "D:\\job"));
+  {
+    const auto passage = files.openPassage("C:\\", "D:\\");
+    ASSERT_NE(passage, nullptr);
+    ASSERT_EQ(passage->next(), "job");
+    work.write("job", "came in between");
+    ASSERT_FALSE(passage->move());
+  }
+  EXPECT_THAT(trace.lines, ElementsAre(HasSubstr("C:\\job")));
+  EXPECT_EQ(work.read("job"), "came in between");
   fs::remove(work.path("job"));
   EXPECT_THAT(listed(), Optional(IsEmpty()));
   EXPECT_THAT(listed(), Optional(IsEmpty()));
