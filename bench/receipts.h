@@ -36,9 +36,9 @@ class CopyingDevices : public Devices {
   Bridge& bridge_;
 };
 
-inline void dropJobs(const std::filesystem::path& folder) {
+inline void dropJobs(const std::filesystem::path& folder, int count = jobs) {
   const std::string text(jobSize, 'x');
-  for (int i = 0; i < jobs; ++i) std::ofstream(folder / ("job" + std::to_string(1000 + i) + ".txt")) << text;
+  for (int i = 0; i < count; ++i) std::ofstream(folder / ("job" + std::to_string(1000 + i) + ".txt")) << text;
 }
 
 inline double microseconds(const std::function<void()>& work) {

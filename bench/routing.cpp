@@ -1,4 +1,4 @@
-// Routing: an idle tick and a pass of 100 jobs, beside a bare program that makes only the unavoidable system calls.
+// Routing: an idle tick and passes of jobs, beside a bare program that makes only the unavoidable system calls.
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -10,7 +10,9 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
+#include <thread>
 #include <variant>
 #include <vector>
 
@@ -26,6 +28,7 @@ using namespace tellaxis::bench;
 
 constexpr int rounds = 200;
 constexpr int idleTicks = 2000;
+constexpr std::chrono::seconds rest{3};
 
 void bareCopy(const std::string& from, const std::string& to) {
   std::array<char, 65'536> buffer;
@@ -114,6 +117,55 @@ void configure(Settings& settings, const std::string& folder) {
   settings.RF_Seriale = std::string("LPT1:");
 }
 
+/// What the pass goes through: some jobs, and files that were left in the work folder before.
+struct Load {
+  int jobs;
+  int left;
+};
+
+constexpr Load loads[] = {{3, 0}, {15, 0}, {100, 0}, {100, 10'000}};
+
+bool measurePass(Bridge& bridge, Devices& devices, const std::string& folder, const Load& load) {
+  std::vector<double> ours;
+  std::vector<double> bare;
+  std::vector<double> careful;
+  const fs::path work = folder + "/IN";
+  for (int i = 0; i < load.left; ++i) std::ofstream(work / ("left" + std::to_string(i))) << "";
+  for (int round = 0; round < rounds; ++round) {
+    dropJobs(folder + "/Orbis", load.jobs);
+    ours.push_back(microseconds([&] {
+      std::string dropFolder = folder + "\\Orbis";
+      std::string workFolder = folder + "\\IN";
+      SmistaFile(bridge, devices, dropFolder, bridge.settings.settingsFile, workFolder, "MF");
+    }));
+    if (std::distance(fs::directory_iterator(work), {}) != load.left || !fs::is_empty(folder + "/Orbis")) return false;
+    dropJobs(folder + "/Orbis", load.jobs);
+    bare.push_back(microseconds([&] { barePass(folder + "/Orbis", folder + "/IN", folder + "/in.txt"); }));
+    dropJobs(folder + "/Orbis", load.jobs);
+    careful.push_back(microseconds([&] { carefulPass(folder + "/Orbis", folder + "/IN", folder + "/in.txt"); }));
+  }
+  for (int i = 0; i < load.left; ++i) fs::remove(work / ("left" + std::to_string(i)));
+  std::printf(
+      "routing pass of %d jobs%s: %.0f us; bare %.0f us, ratio %.2f; with the same guarantees %.0f us, ratio %.2f\n",
+      load.jobs, load.left == 0 ? "" : (" beside " + std::to_string(load.left) + " files").c_str(), median(ours),
+      median(bare), median(ours) / median(bare), median(careful), median(ours) / median(careful));
+  return true;
+}
+
+void measureIdleTicks(Bridge& bridge, Devices& devices, const std::string& folder) {
+  Polling polling(bridge, devices);
+  // A desk that waits for jobs has not touched its folders for a while.
+  std::this_thread::sleep_for(rest);
+  std::vector<double> idle;
+  std::vector<double> bareIdle;
+  for (int tick = 0; tick < idleTicks; ++tick) {
+    idle.push_back(microseconds([&] { polling.Timer1_Timer(); }));
+    bareIdle.push_back(microseconds([&] { bareIdleTick(folder); }));
+  }
+  std::printf("idle tick: %.1f us, bare %.1f us, ratio %.2f\n", median(idle), median(bareIdle),
+              median(idle) / median(bareIdle));
+}
+
 int measure(const std::string& folder) {
   for (const char* name : {"Orbis", "IN", "CortOrbis", "CortIN"}) fs::create_directories(fs::path(folder) / name);
   std::ofstream(folder + "/_Tellaxis.ini") << "[Varie]\r\nMF_Vuoto=-1\r\nCort_Vuoto=-1\r\nRF_Vuoto=-1\r\n"
@@ -126,37 +178,9 @@ int measure(const std::string& folder) {
   Bridge bridge(std::get<std::unique_ptr<platform::System>>(opened)->host());
   configure(bridge.settings, folder);
   CopyingDevices devices(bridge);
-  Polling polling(bridge, devices);
-
-  std::vector<double> ours;
-  std::vector<double> bare;
-  std::vector<double> careful;
-  for (int round = 0; round < rounds; ++round) {
-    dropJobs(folder + "/Orbis");
-    ours.push_back(microseconds([&] {
-      std::string drop = folder + "\\Orbis";
-      std::string work = folder + "\\IN";
-      SmistaFile(bridge, devices, drop, bridge.settings.settingsFile, work, "MF");
-    }));
-    if (!fs::is_empty(folder + "/IN") || !fs::is_empty(folder + "/Orbis")) return 1;
-    dropJobs(folder + "/Orbis");
-    bare.push_back(microseconds([&] { barePass(folder + "/Orbis", folder + "/IN", folder + "/in.txt"); }));
-    dropJobs(folder + "/Orbis");
-    careful.push_back(microseconds([&] { carefulPass(folder + "/Orbis", folder + "/IN", folder + "/in.txt"); }));
-  }
-  std::printf("routing pass of %d jobs: %.0f us\n", jobs, median(ours));
-  std::printf("  bare: %.0f us, ratio %.2f\n", median(bare), median(ours) / median(bare));
-  std::printf("  bare with the same guarantees: %.0f us, ratio %.2f\n", median(careful),
-              median(ours) / median(careful));
-
-  std::vector<double> idle;
-  std::vector<double> bareIdle;
-  for (int tick = 0; tick < idleTicks; ++tick) {
-    idle.push_back(microseconds([&] { polling.Timer1_Timer(); }));
-    bareIdle.push_back(microseconds([&] { bareIdleTick(folder); }));
-  }
-  std::printf("idle tick: %.1f us, bare %.1f us, ratio %.2f\n", median(idle), median(bareIdle),
-              median(idle) / median(bareIdle));
+  for (const Load& load : loads)
+    if (!measurePass(bridge, devices, folder, load)) return 1;
+  measureIdleTicks(bridge, devices, folder);
   return 0;
 }
 

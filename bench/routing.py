@@ -32,7 +32,7 @@ def routed(drop, work, target):
 def main():
     bench = subprocess.run([BUILD / "bench" / "bench_routing"], check=True, capture_output=True, text=True).stdout
     print(bench, end="")
-    ours = float(re.match(r"routing pass of 100 jobs: ([\d.]+) us", bench).group(1))
+    ours = float(re.search(r"^routing pass of 100 jobs: ([\d.]+) us", bench, re.M).group(1))
     times = []
     with tempfile.TemporaryDirectory(dir="/dev/shm") as folder:
         drop, work = Path(folder, "Orbis"), Path(folder, "IN")
