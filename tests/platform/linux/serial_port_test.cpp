@@ -1,10 +1,13 @@
 // Serial ports of Linux: bytes, settings, exclusive use.
 #include <gmock/gmock.h>
 #include <sys/file.h>
+#include <sys/wait.h>
 
+#include <csignal>
 #include <fstream>
 #include <thread>
 
+#include "platform/linux/kernel/descriptor.h"
 #include "platform/linux/serial/line_settings.h"
 #include "platform/linux/serial_port_under_test.h"
 
@@ -148,6 +151,24 @@ TEST_F(LinuxSerialPortTest, RefusesADeviceThatSomebodyElseUses) {
   EXPECT_THAT(trace.lines, ElementsAre(HasSubstr("un altro programma")));
   EXPECT_TRUE(port->close());
   EXPECT_TRUE(other->open(3, {}, {}));
+}
+
+TEST_F(LinuxSerialPortTest, LeavesNoMarkOnAPseudoTerminalWhenItsProgramIsKilled) {
+  const PseudoTerminal terminal;
+  terminal.linkAs(link);
+  const pid_t child = ::fork();
+  if (child == 0) {
+    if (open()) ::raise(SIGKILL);
+    ::_exit(1);
+  }
+  int end = 0;
+  ASSERT_EQ(::waitpid(child, &end, 0), child);
+  ASSERT_TRUE(WIFSIGNALED(end)) << "the line could not be opened";
+  const Descriptor device(::open(terminal.device().c_str(), O_RDWR | O_NOCTTY));
+  ASSERT_TRUE(device) << "an ordinary user is locked out";
+  int exclusive = -1;
+  ASSERT_EQ(::ioctl(device.number(), TIOCGEXCL, &exclusive), 0);
+  EXPECT_EQ(exclusive, 0);
 }
 
 TEST_F(LinuxSerialPortTest, LeavesTheSettingsOfADeviceThatSomebodyElseUses) {

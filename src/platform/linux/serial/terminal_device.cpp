@@ -6,6 +6,8 @@
 #include <poll.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <termios.h>
 
 #include <cerrno>
@@ -24,9 +26,20 @@ using namespace std::chrono_literals;
 constexpr int fullPause = 50;  // milliseconds
 constexpr auto drainPause = 1ms;
 
-/// Locks out other programs: by the device's own mark, which does not bind a privileged user, and by a lock.
+/// The system gives pseudo terminals these major numbers.
+bool isPseudoTerminal(int descriptor) {
+  constexpr unsigned first = 136;
+  constexpr unsigned last = 143;
+  struct stat status {};
+  return ::fstat(descriptor, &status) == 0 && major(status.st_rdev) >= first && major(status.st_rdev) <= last;
+}
+
+/// Locks out other programs: by a lock, and by the device's own mark, which does not bind a privileged user. A pseudo
+/// terminal, a line over the network as a rule, keeps that mark when its program is killed, and would lock out the
+/// next start.
 bool makeExclusive(int descriptor) {
-  if (::flock(descriptor, LOCK_EX | LOCK_NB) == 0) return ::ioctl(descriptor, TIOCEXCL) == 0;
+  if (::flock(descriptor, LOCK_EX | LOCK_NB) == 0)
+    return isPseudoTerminal(descriptor) || ::ioctl(descriptor, TIOCEXCL) == 0;
   if (errno == EWOULDBLOCK) errno = EBUSY;
   return false;
 }
