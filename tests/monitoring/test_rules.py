@@ -183,7 +183,7 @@ class Fiscal(Rules):
                 desk = Desk("cassa1").no_jobs_from(30).jobs(40, 1, outcome).confirms(50)
                 expression = 'count by (instance, device) (ALERTS{alertname="TellaxisDriverFiscaleMuto",alertstate="firing"})'
                 fires = {'{device="fiscal", instance="cassa1"}': 1}
-                moments = [(39, expression, {}), (41, expression, fires), (49, expression, fires), (50, expression, {}), (60, expression, {})]
+                moments = [(39, expression, {}), (41, expression, fires), (49, expression, fires), (51, expression, {}), (53, expression, {}), (54, expression, {}), (60, expression, {})]
                 self.computed([desk, Desk("cassa2")], moments)
 
     def test_a_driver_that_confirms_the_others_is_not_mute(self):
