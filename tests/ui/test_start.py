@@ -4,6 +4,7 @@ import os
 import subprocess
 import unittest
 
+import fiscal_driver
 from screen import PROGRAM, Desk, Window, run, wait_for
 
 
@@ -60,6 +61,20 @@ class Start(unittest.TestCase):
             window.main()
             wait_for(window.is_visible, "the window")
             self.assertEqual(window.stop(), 0)
+
+    def test_the_metrics_are_written_at_the_first_tick_and_at_the_end(self):
+        (self.desk.main / "devices.toml").write_text('[bridge]\nmetrics = "metriche.prom"\n')
+        fiscal_driver.configure(self.desk, "CASIO/DITRON - 24", delay=0)
+        window = Window(self.desk)
+        self.addCleanup(window.kill)
+        window.main()
+        file = self.desk.main / "metriche.prom"
+        wait_for(file.exists, "the first tick's file")
+        self.assertIn('outcome="delivered"} 0\n', file.read_text("utf-8"))
+        self.desk.drop("uno.txt")
+        wait_for(lambda: not self.desk.jobs() and not self.desk.jobs("IN"), "the job done")
+        self.assertEqual(window.stop(), 0)
+        self.assertIn('outcome="delivered"} 1\n', file.read_text("utf-8"))
 
 
 if __name__ == "__main__":
