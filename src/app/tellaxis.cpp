@@ -12,6 +12,7 @@
 #include "app/command_line.h"
 #include "app/commands/end_copy.h"
 #include "app/commands/one_shot.h"
+#include "app/failing_steps.h"
 #include "app/second_copy.h"
 #include "app/window_program.h"
 #include "core/activity.h"
@@ -101,7 +102,8 @@ int run(const CommandLine& line) {
   platform::StopRequest stop;
   Activity activity;
   platform::SystemOptions options = line.system;
-  options.alsoTold = &activity;
+  FailingSteps failingSteps(activity, false, nullptr);
+  options.alsoTold = &failingSteps;
   auto opened = platform::openSystem(options);
   if (const auto* error = std::get_if<platform::SystemError>(&opened)) return complain(error->message, statusUnusable);
   const auto lock = platform::lockMainFolder(folder);
@@ -111,6 +113,7 @@ int run(const CommandLine& line) {
   const auto calls = platform::listenForWindowCalls(folder);
 
   const auto& system = std::get<std::unique_ptr<platform::System>>(opened);
+  failingSteps.heed(system->options());
   const WindowSurroundings surroundings{*system, options, activity, stop, calls.get()};
   return showWindow(surroundings, *mainFolder, line.pollingInterval);
 }

@@ -4,21 +4,25 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/command_line.h"
 #include "app/commands/end_copy.h"
 #include "app/commands/one_shot.h"
 #include "app/connected_devices.h"
+#include "app/failing_steps.h"
 #include "app/job_diary.h"
 #include "app/job_metrics.h"
 #include "app/resident.h"
 #include "app/second_copy.h"
+#include "app/signs_of_life.h"
 #include "core/activity.h"
 #include "core/bridge.h"
 #include "core/paper.h"
 #include "platform/instance.h"
 #include "platform/program.h"
+#include "platform/service_manager.h"
 #include "platform/system.h"
 #include "text/code_page.h"
 
@@ -43,11 +47,60 @@ void sayReady() {
   std::fflush(stdout);
 }
 
+/// What a resident bridge is made of besides its devices.
+struct Surroundings {
+  platform::System& system;
+  Activity& activity;
+  platform::StopRequest& stop;
+  platform::ServiceManager* manager;  ///< null where nobody asks how the service is
+  bool jobsAreNoted;                  ///< somebody wants to know which job is under way, and which was the last
+};
+
+void serve(const Surroundings& around, const CommandLine& line, const std::string& mainFolder) {
+  platform::StopRequest& stop = around.stop;
+  const platform::Host& services = around.system.host();
+  std::optional<LivingClock> clock;
+  if (around.manager != nullptr) clock.emplace(services.clock, *around.manager);
+  platform::Host host = clock ? services.with(*clock, services.dialogs, services.tray) : services;
+  Bridge bridge(host, around.system.options());
+  std::optional<ServiceReport> report;
+  if (around.manager != nullptr) report.emplace(*around.manager, bridge, around.activity);
+  bridge.stopRequested = [&stop, &report] {
+    if (report) report->goesOn(stop.asked());
+    return stop.asked();
+  };
+  std::unique_ptr<platform::JobNotices> notices;
+  if (bridge.options.prompt) notices = around.system.openJobNotices([&stop] { stop.wake(); });
+  if (notices && around.manager != nullptr)
+    notices = std::make_unique<LivingNotices>(std::move(notices), *around.manager);
+  bridge.notices = notices.get();
+  ConnectedDevices devices(bridge);
+  const auto paper = Paper::open(bridge, devices);
+  bridge.paper = paper.get();
+  NotedDevices noted(devices, around.activity, bridge);
+  const auto metrics = JobMetrics::open(bridge, mainFolder, noted, around.activity);
+  const auto diary = JobDiary::open(bridge, mainFolder, metrics ? metrics->devices() : noted, around.activity);
+  const auto ready = [&] {
+    if (diary) diary->started();
+    if (metrics) metrics->started(diary.get());
+    sayReady();
+    if (report) report->ready();
+  };
+  Devices* polled = &devices;
+  if (around.jobsAreNoted) polled = &noted;
+  if (metrics) polled = &metrics->devices();
+  if (diary) polled = &diary->devices();
+  runResident(bridge, *polled, devices, mainFolder, line.pollingInterval, stop, ready, metrics.get());
+}
+
 int stay(const CommandLine& line, const std::string& mainFolder) {
   platform::StopRequest stop;
   Activity activity;
+  const auto manager = platform::openServiceManager();
+  FailingSteps failingSteps(activity, line.system.trace, manager.get());
   platform::SystemOptions options = line.system;
-  options.alsoTold = &activity;
+  options.trace = failingSteps.arePrinted();
+  options.alsoTold = &failingSteps;
   auto opened = platform::openSystem(options);
   if (const auto* error = std::get_if<platform::SystemError>(&opened)) return complain(error->message, statusUnusable);
   const auto lock = platform::lockMainFolder(line.system.mainFolder);
@@ -55,24 +108,8 @@ int stay(const CommandLine& line, const std::string& mainFolder) {
 
   stop.heed(line.system.mainFolder);
   platform::System& system = *std::get<std::unique_ptr<platform::System>>(opened);
-  Bridge bridge(system.host(), system.options());
-  bridge.stopRequested = [&stop] { return stop.asked(); };
-  std::unique_ptr<platform::JobNotices> notices;
-  if (bridge.options.prompt) notices = system.openJobNotices([&stop] { stop.wake(); });
-  bridge.notices = notices.get();
-  ConnectedDevices devices(bridge);
-  const auto paper = Paper::open(bridge, devices);
-  bridge.paper = paper.get();
-  NotedDevices noted(devices, activity, bridge);
-  const auto metrics = JobMetrics::open(bridge, mainFolder, noted, activity);
-  const auto diary = JobDiary::open(bridge, mainFolder, metrics ? metrics->devices() : noted, activity);
-  const auto ready = [&] {
-    if (diary) diary->started();
-    if (metrics) metrics->started(diary.get());
-    sayReady();
-  };
-  Devices& polled = diary ? diary->devices() : metrics ? metrics->devices() : devices;
-  runResident(bridge, polled, devices, mainFolder, line.pollingInterval, stop, ready, metrics.get());
+  failingSteps.heed(system.options());
+  serve({system, activity, stop, manager.get(), manager != nullptr || failingSteps.areLogged()}, line, mainFolder);
   return 0;
 }
 

@@ -41,6 +41,15 @@ class Activity : public platform::Trace {
   /// Who else hears of every failing step from now on; null for nobody.
   void alsoTell(platform::Trace* other) { alsoTold_ = other; }
 
+  struct RunningJob {
+    Device device;
+    std::string_view name;  ///< the job file's bare name
+  };
+  /// The job under way; nothing outside of one.
+  std::optional<RunningJob> runningJob() const {
+    return job_ ? std::optional(RunningJob{running_, job_->name}) : std::nullopt;
+  }
+
   /// The device's last job; nothing before its first.
   const std::optional<LastJob>& lastJob(Device device) const { return lastJobs_[static_cast<std::size_t>(device)]; }
 

@@ -14,6 +14,7 @@ struct BridgeOptions {
   bool keepWaiting = false;     ///< jobs that wait in the drop folders at start are kept and handed over
   bool prompt = false;          ///< a job is taken when its writer has finished, not at the next tick
   bool midnight = false;        ///< a wait that spans midnight ends when its time is over
+  bool eventLog = false;        ///< failing steps go into the system's log
   std::string metrics;          ///< file of the metrics
   bool waitForPaper = false;    ///< the jobs of some printer wait while it says no; set by the printers, not the table
   std::string role;             ///< "SERVER" or "CLIENT": this computer in the scheduled operations; empty: not given

@@ -107,7 +107,8 @@ std::string roleFrom(const DeskTable& table) {
 }
 
 BridgeOptions optionsFrom(const DeskTable& table) {
-  table.refuseUnknownKeys({"diary", "keep_days", "archive", "keep_waiting", "prompt", "midnight", "metrics", "role"});
+  table.refuseUnknownKeys(
+      {"diary", "keep_days", "archive", "keep_waiting", "prompt", "midnight", "event_log", "metrics", "role"});
   BridgeOptions options;
   options.diary = table.optionalText("diary");
   if (const toml::node* days = table.get("keep_days")) options.keepDays = numberOf(*days, "keep_days", highestKeepDays);
@@ -116,6 +117,7 @@ BridgeOptions optionsFrom(const DeskTable& table) {
   options.keepWaiting = table.isOn("keep_waiting");
   options.prompt = table.isOn("prompt");
   options.midnight = table.isOn("midnight");
+  options.eventLog = table.isOn("event_log");
   options.metrics = table.optionalText("metrics");
   options.role = roleFrom(table);
   return options;

@@ -7,9 +7,7 @@
 
 namespace tellaxis::platform {
 
-namespace {
-
-std::string onOneLine(std::string_view text) {
+std::string oneLineOf(std::string_view text) {
   std::string line;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const char c = text[i];
@@ -21,8 +19,6 @@ std::string onOneLine(std::string_view text) {
   return line;
 }
 
-}  // namespace
-
-void writeErrorLine(std::string_view text) { writeStandardError(onOneLine(text)); }
+void writeErrorLine(std::string_view text) { writeStandardError(oneLineOf(text)); }
 
 }  // namespace tellaxis::platform

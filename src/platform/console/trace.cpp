@@ -7,10 +7,14 @@
 
 namespace tellaxis::platform {
 
-void ErrorTrace::failed(std::string_view operation, std::string_view subject, std::string_view reason) {
+std::string lineOf(std::string_view operation, std::string_view subject, std::string_view reason) {
   std::string line = "passo fallito: ";
   line.append(operation).append(" ").append(subject).append(": ").append(reason);
-  writeErrorLine(line);
+  return line;
+}
+
+void ErrorTrace::failed(std::string_view operation, std::string_view subject, std::string_view reason) {
+  writeErrorLine(lineOf(operation, subject, reason));
 }
 
 void NoTrace::failed(std::string_view, std::string_view, std::string_view) {}

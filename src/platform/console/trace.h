@@ -2,13 +2,18 @@
 #pragma once
 
 #include <memory>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include "platform/trace.h"
 
 namespace tellaxis::platform {
 
-/// One line a failing step: "passo fallito: OPERATION SUBJECT: REASON".
+/// "passo fallito: OPERATION SUBJECT: REASON".
+std::string lineOf(std::string_view operation, std::string_view subject, std::string_view reason);
+
+/// One line a failing step.
 class ErrorTrace : public Trace {
  public:
   void failed(std::string_view operation, std::string_view subject, std::string_view reason) override;
