@@ -151,7 +151,7 @@ void MainWindow::makeMenus() {
   about->Append(wxID_ABOUT, "&About Tellaxis");
   auto* bar = new wxMenuBar;
   bar->Append(file, "&File");
-  bar->Append(tools, "&Strumenti");
+  bar->Append(tools, "S&trumenti");
   bar->Append(about, "&About");
   SetMenuBar(bar);
   Bind(

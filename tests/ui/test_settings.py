@@ -49,6 +49,14 @@ class Fields(WindowScenario):
         self.window.save()
         self.assertEqual(self.stored("MF_File"), "C:\\MF\\città.txt")
 
+    def test_salva_and_strumenti_each_have_a_key_of_their_own(self):
+        self.window.enter("Misuratore fiscale - File per il driver", "C:\\MF\\da tastiera.txt")
+        run("xdotool", "windowactivate", "--sync", self.window.main_id(), "key", "alt+s")
+        wait_for(lambda: self.stored("MF_File") == "C:\\MF\\da tastiera.txt", "the key of Salva")
+        run("xdotool", "windowactivate", "--sync", self.window.main_id(), "key", "alt+t")
+        wait_for(lambda: is_showing(self.window.control("Diagnosi")), "the key of Strumenti")
+        run("xdotool", "key", "Escape", "Escape")
+
     def test_an_emptied_field_keeps_its_value_in_the_file_and_comes_back(self):
         self.window.enter("Misuratore fiscale - File per il driver", "")
         self.window.save()
