@@ -73,7 +73,7 @@ void Diary::keep(DiaryEntry& entry, std::string_view jobFile) {
   entry.job = bareName(jobFile);
   if (!keeping_.archive) return;
   entry.copy = copyName(now, jobFile);
-  if (!host_.files.copy(jobFile, folder_ + "\\" + entry.copy)) entry.copy.clear();
+  if (!host_.files.copyToNew(jobFile, folder_ + "\\" + entry.copy)) entry.copy.clear();
 }
 
 void Diary::forget(const DiaryEntry& entry) {

@@ -97,6 +97,9 @@ class Files {
   /// half-written file. Only a file that may be written into, but not replaced, is written into as it stands.
   virtual bool copy(std::string_view from, std::string_view to) = 0;
 
+  /// The same to a name that nothing in its folder may have, which costs the same in a folder of any size.
+  virtual bool copyToNew(std::string_view from, std::string_view to) = 0;
+
   /// Renames `from`, which must not be held by a writer, to `to`, which must not exist.
   virtual bool move(std::string_view from, std::string_view to) = 0;
 

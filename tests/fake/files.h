@@ -50,6 +50,7 @@ class Files : public platform::Files {
   std::optional<std::vector<std::string>> list(std::string_view folder) override;
   std::unique_ptr<platform::Passage> openPassage(std::string_view folder, std::string_view target) override;
   bool copy(std::string_view from, std::string_view to) override;
+  bool copyToNew(std::string_view from, std::string_view to) override { return !has(to) && copy(from, to); }
   bool move(std::string_view from, std::string_view to) override;
   bool remove(std::string_view path) override;
   bool canRemove(std::string_view path) override;

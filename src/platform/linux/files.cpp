@@ -194,6 +194,21 @@ bool LinuxFiles::copy(std::string_view from, std::string_view to) {
               }));
 }
 
+bool LinuxFiles::copyToNew(std::string_view from, std::string_view to) {
+  std::string source;
+  const auto target = paths_.spelled(to);
+  if (!target) return noteWith("copy", to, ENOENT);
+  const Descriptor opened = openForContent(from, source, sourceTimeout);
+  if (!opened) return noteWith("copy", from, errno);
+  if (makeCopy(opened, *target)) return true;
+  return note("copy", to, nothingThere() && makeCopy(opened, paths_.otherSpelling(*target).path));
+}
+
+bool LinuxFiles::makeCopy(const Descriptor& source, const std::string& to) {
+  NewFile file(to, 0666);
+  return file && copyAll(source, file.file()) && file.becomeTarget();
+}
+
 bool LinuxFiles::move(std::string_view from, std::string_view to) {
   const auto target = paths_.spelled(to);
   return note("move", from, target ? moveFile(std::string(from), *target) : failWith(ENOENT));

@@ -27,6 +27,7 @@ class LinuxFiles : public Files {
   std::optional<std::vector<std::string>> list(std::string_view folder) override;
   std::unique_ptr<Passage> openPassage(std::string_view folder, std::string_view target) override;
   bool copy(std::string_view from, std::string_view to) override;
+  bool copyToNew(std::string_view from, std::string_view to) override;
   bool move(std::string_view from, std::string_view to) override;
   bool remove(std::string_view path) override;
   bool canRemove(std::string_view path) override;
@@ -41,6 +42,7 @@ class LinuxFiles : public Files {
   std::optional<PassageEnd> openEnd(std::string_view folder);
   Descriptor openFile(std::string_view path, std::string& native, std::chrono::milliseconds timeout);
   Descriptor openForContent(std::string_view path, std::string& native, std::chrono::milliseconds timeout);
+  bool makeCopy(const Descriptor& source, const std::string& to);
   bool moveFile(const std::string& path, std::string to);
   bool removeFile(std::string native, Readings::Outcome reading);
   bool noteWith(std::string_view operation, std::string_view subject, int error);

@@ -182,6 +182,12 @@ bool WindowsFiles::copy(std::string_view from, std::string_view to) {
   return (isForbidden(GetLastError()) && overwrite(source.get(), target)) || failed(trace_, "copy", to);
 }
 
+bool WindowsFiles::copyToNew(std::string_view from, std::string_view to) {
+  if (!isThere(wide(to))) return copy(from, to);
+  SetLastError(ERROR_ALREADY_EXISTS);
+  return failed(trace_, "copy", to);
+}
+
 bool WindowsFiles::move(std::string_view from, std::string_view to) {
   const std::wstring source = wide(from);
   const std::wstring target = wide(to);

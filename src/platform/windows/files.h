@@ -21,6 +21,7 @@ class WindowsFiles : public Files {
   std::optional<std::vector<std::string>> list(std::string_view folder) override;
   std::unique_ptr<Passage> openPassage(std::string_view folder, std::string_view target) override;
   bool copy(std::string_view from, std::string_view to) override;
+  bool copyToNew(std::string_view from, std::string_view to) override;
   bool move(std::string_view from, std::string_view to) override;
   bool remove(std::string_view path) override;
   bool canRemove(std::string_view path) override;

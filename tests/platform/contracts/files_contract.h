@@ -152,6 +152,20 @@ TYPED_TEST_P(FilesContract, ACopyReplacesAndAMoveDoesNot) {
   EXPECT_FALSE(this->files.exists(from));
 }
 
+TYPED_TEST_P(FilesContract, ACopyToANewNameReplacesNothing) {
+  const std::string from = this->jobs + "\\a.txt";
+  const std::string to = this->work + "\\copia.txt";
+  ASSERT_TRUE(this->put(from, "nuovo"));
+  EXPECT_TRUE(this->files.copyToNew(from, to));
+  EXPECT_EQ(this->read(to), "nuovo");
+  EXPECT_EQ(this->read(from), "nuovo");
+  ASSERT_TRUE(this->put(from, "altro"));
+  EXPECT_FALSE(this->files.copyToNew(from, to));
+  EXPECT_EQ(this->read(to), "nuovo");
+  EXPECT_FALSE(this->files.copyToNew(this->jobs + "\\manca.txt", this->work + "\\altra.txt"));
+  EXPECT_THAT(this->files.list(this->work), testing::Optional(testing::ElementsAre("copia.txt")));
+}
+
 TYPED_TEST_P(FilesContract, AFileThatItsWriterHoldsIsLeftAlone) {
   const std::string job = this->jobs + "\\a.txt";
   ASSERT_TRUE(this->put(job, "mezzo"));
@@ -230,9 +244,9 @@ TYPED_TEST_P(FilesContract, AFullDiskLeavesWhatWasThere) {
 REGISTER_TYPED_TEST_SUITE_P(FilesContract, WhatIsCreatedIsFoundWithoutRegardToCase, WhatIsNotThereCannotBeUsed,
                             AFolderIsNoFile, AMissingFolderTakesAndGivesNothing, FilesAreListedInTheOrderOfTheirNames,
                             APassageMovesTheFilesThatItNames, APassageReplacesNothingUnasked,
-                            ACopyReplacesAndAMoveDoesNot, AFileThatItsWriterHoldsIsLeftAlone,
-                            WhatWasRefusedToItsReaderIsNotDeletedUnread, AppendingCreatesAndGoesOn,
-                            EmptyingAFolderLeavesItsFolders, AFileIsKnownAgainUntilItChanges,
+                            ACopyReplacesAndAMoveDoesNot, ACopyToANewNameReplacesNothing,
+                            AFileThatItsWriterHoldsIsLeftAlone, WhatWasRefusedToItsReaderIsNotDeletedUnread,
+                            AppendingCreatesAndGoesOn, EmptyingAFolderLeavesItsFolders, AFileIsKnownAgainUntilItChanges,
                             AFullDiskLeavesWhatWasThere);
 
 }  // namespace tellaxis::test
