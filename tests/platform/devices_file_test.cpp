@@ -75,7 +75,8 @@ TEST(DevicesFile, EverythingBeyondTheGivenBehaviourIsOffUntilSwitchedOn) {
   for (const char* text : {"", "[bridge]\n", "[bridge]\narchive = false\ndiary = \"d\"\n"}) {
     const BridgeOptions options = parsed(text).options;
     EXPECT_EQ(options.keepDays, std::nullopt);
-    EXPECT_FALSE(options.archive || options.keepWaiting || options.prompt || options.midnight) << text;
+    EXPECT_FALSE(options.archive || options.keepWaiting || options.prompt || options.midnight || options.eventLog)
+        << text;
     EXPECT_EQ(options.metrics + options.role, "");
   }
   EXPECT_EQ(parsed("").options.diary, "");
@@ -104,11 +105,12 @@ role      = "SERVER"
 TEST(DevicesFile, EachSwitchIsItsOwn) {
   const auto switches = [](const char* key) {
     const BridgeOptions on = parsed("[bridge]\n" + std::string(key) + " = true\n").options;
-    return std::vector<bool>{on.keepWaiting, on.prompt, on.midnight};
+    return std::vector<bool>{on.keepWaiting, on.prompt, on.midnight, on.eventLog};
   };
-  EXPECT_THAT(switches("keep_waiting"), testing::ElementsAre(true, false, false));
-  EXPECT_THAT(switches("prompt"), testing::ElementsAre(false, true, false));
-  EXPECT_THAT(switches("midnight"), testing::ElementsAre(false, false, true));
+  EXPECT_THAT(switches("keep_waiting"), testing::ElementsAre(true, false, false, false));
+  EXPECT_THAT(switches("prompt"), testing::ElementsAre(false, true, false, false));
+  EXPECT_THAT(switches("midnight"), testing::ElementsAre(false, false, true, false));
+  EXPECT_THAT(switches("event_log"), testing::ElementsAre(false, false, false, true));
 }
 
 TEST(DevicesFile, KnowsEveryTarget) {

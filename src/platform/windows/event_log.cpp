@@ -1,4 +1,4 @@
-// Event log: none yet.
+// Event log: this system has one, and nothing is written into it; failing steps are on standard error alone.
 #include "platform/event_log.h"
 
 namespace tellaxis::platform {
