@@ -3,11 +3,17 @@
 
 #include <exception>
 
-#include "diary/content.h"
 #include "platform/files.h"
 #include "platform/trace.h"
 
 namespace tellaxis {
+
+namespace {
+
+/// These have one file, which stays after a failure.
+bool comesAgain(Device device) { return device == Device::display || device == Device::slipPrinter; }
+
+}  // namespace
 
 DiaryDevices::~DiaryDevices() {
   for (const Device device : {Device::display, Device::slipPrinter}) endOfSeries(device);
@@ -53,7 +59,7 @@ void DiaryDevices::note(Device device, std::string_view jobFile, Job job) {
 }
 
 DiaryDevices::UnderWay DiaryDevices::begin(Device device, std::string_view jobFile) {
-  const Content content = contentOf(bridge_.host.files, jobFile);
+  const Content content = contentFor(device, jobFile);
   const auto before = staying_.find(device);
   const bool triedAgain = before != staying_.end() && before->second.content == content.mark;
   if (!triedAgain) endOfSeries(device);
@@ -76,14 +82,21 @@ void DiaryDevices::finish(UnderWay& underWay, std::string_view jobFile) {
   entry.reason = job ? job->failure : std::string();
   if (entry.outcome == Outcome::failed && entry.reason.empty()) entry.reason = "niente da consegnare o nessun driver";
 
-  const bool comesAgain = device == Device::display || device == Device::slipPrinter;
-  if (comesAgain && entry.outcome == Outcome::failed && bridge_.host.files.exists(jobFile)) {
+  if (comesAgain(device) && entry.outcome == Outcome::failed && bridge_.host.files.exists(jobFile)) {
     const bool isFirst = entry.count == 1;
     staying_[device] = Staying{.entry = entry, .content = underWay.content, .counted = !isFirst};
     return isFirst ? diary_.end(entry) : diary_.endAsBefore();
   }
   staying_.erase(device);
   diary_.end(entry);
+}
+
+/// What cannot come again need not be read to be known again.
+Content DiaryDevices::contentFor(Device device, std::string_view jobFile) const {
+  platform::Files& files = bridge_.host.files;
+  if (comesAgain(device)) return contentOf(files, jobFile);
+  const auto identity = files.identity(jobFile);
+  return {.bytes = identity ? static_cast<std::int64_t>(identity->size) : 0};
 }
 
 /// The file that stayed will not be tried again: its line gets the count.

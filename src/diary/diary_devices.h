@@ -8,6 +8,7 @@
 #include "core/activity.h"
 #include "core/bridge.h"
 #include "core/devices.h"
+#include "diary/content.h"
 #include "diary/diary.h"
 
 namespace tellaxis {
@@ -48,6 +49,7 @@ class DiaryDevices : public Devices {
   void note(Device device, std::string_view jobFile, Job job);
   UnderWay begin(Device device, std::string_view jobFile);
   void finish(UnderWay& underWay, std::string_view jobFile);
+  Content contentFor(Device device, std::string_view jobFile) const;
   void endOfSeries(Device device);
 
   Devices& devices_;

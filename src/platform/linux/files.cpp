@@ -69,7 +69,7 @@ bool isFolder(const Descriptor& parent, const char* name) {
 /// Waits a moment for whoever has the file open for writing.
 bool isReleased(const Descriptor& file, milliseconds timeout) {
   const auto deadline = std::chrono::steady_clock::now() + timeout;
-  while (holdOf(file) == Hold::held) {
+  while (isHeld(file)) {
     if (std::chrono::steady_clock::now() >= deadline) return false;
     std::this_thread::sleep_for(milliseconds(5));
   }

@@ -74,7 +74,7 @@ int MovableFiles::whyNotReplaced(std::string_view text) const {
   if (!stickinessAllows(toStatus_, status)) return EPERM;
   const Descriptor older = openRegularFile(to_.number(), name);
   if (!older) return errno == EACCES || errno == ENOENT ? 0 : errno;
-  return holdOf(older) == Hold::held ? ETXTBSY : 0;
+  return isHeld(older) ? ETXTBSY : 0;
 }
 
 int MovableFiles::whyNoRoom(const struct stat& file) {

@@ -36,6 +36,8 @@ Hold holdOf(const Descriptor& file) {
   return isOnNetwork(file) ? Hold::unknown : holdOnThisComputer(file);
 }
 
+bool isHeld(const Descriptor& file) { return holdOnThisComputer(file) == Hold::held && !isOnNetwork(file); }
+
 Hold holdOnThisComputer(const Descriptor& file) {
   // Should somebody open the file for writing while the lease lasts, the notice must not end this program.
   ::fcntl(file.number(), F_SETSIG, SIGURG);

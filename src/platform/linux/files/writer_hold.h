@@ -14,7 +14,10 @@ enum class Hold {
 /// Asks about a file that is open for reading.
 Hold holdOf(const Descriptor& file);
 
-/// The same for a file that is on no network file system.
+/// Whether somebody is known to have it open for writing.
+bool isHeld(const Descriptor& file);
+
+/// `holdOf` for a file that is on no network file system.
 Hold holdOnThisComputer(const Descriptor& file);
 
 /// Whether an open file or folder is on a file system whose files other computers write unseen.
