@@ -1,19 +1,16 @@
 // Diary: what a job costs more with diary and archive, and how long a day of 100,000 jobs takes to read.
-#include <unistd.h>
-
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <variant>
 #include <vector>
 
 #include "app/job_diary.h"
+#include "bench_desk.h"
 #include "core/activity.h"
 #include "core/polling.h"
 #include "diary/reader.h"
-#include "platform/system.h"
 #include "receipts.h"
 
 namespace {
@@ -73,15 +70,7 @@ void measureReading(platform::Host& host, const std::string& folder) {
   std::printf("%zu jobs of a day read in %.0f ms\n", read, time / 1000);
 }
 
-int measure(const std::string& folder) {
-  for (const char* name : {"Orbis", "IN"}) fs::create_directories(fs::path(folder) / name);
-  std::ofstream(folder + "/_Tellaxis.ini") << "[Varie]\r\nMF_Vuoto=-1\r\n";
-  auto opened = platform::openSystem({.mainFolder = folder});
-  if (const auto* error = std::get_if<platform::SystemError>(&opened)) {
-    std::fprintf(stderr, "%s\n", error->message.c_str());
-    return 2;
-  }
-  platform::Host& host = std::get<std::unique_ptr<platform::System>>(opened)->host();
+int measure(platform::Host& host, const std::string& folder) {
   for (const bool archive : {false, true}) measurePasses(host, folder, archive);
   measureReading(host, folder);
   return 0;
@@ -89,14 +78,4 @@ int measure(const std::string& folder) {
 
 }  // namespace
 
-int main(int count, char** words) {
-  const std::string parent = count > 1 ? words[1] : "/dev/shm";
-  std::string folder = parent + "/tellaxis-bench-XXXXXX";
-  if (mkdtemp(folder.data()) == nullptr) {
-    std::perror(folder.c_str());
-    return 2;
-  }
-  const int status = measure(folder);
-  fs::remove_all(folder);
-  return status;
-}
+int main(int count, char** words) { return onDesk(count, words, "MF_Vuoto=-1\r\n", measure); }

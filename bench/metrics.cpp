@@ -1,15 +1,12 @@
 // Metrics: how long a tick takes longer that writes the metrics file, with nothing waiting and with many jobs waiting.
-#include <unistd.h>
-
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <variant>
 #include <vector>
 
+#include "bench_desk.h"
 #include "metrics/metrics_file.h"
-#include "platform/system.h"
 #include "receipts.h"
 
 namespace {
@@ -30,7 +27,7 @@ void measureWrites(MetricsFile& file, const std::string& what) {
               times.at(times.size() * 99 / 100));
 }
 
-void measure(platform::Host& host, const std::string& folder) {
+int measure(platform::Host& host, const std::string& folder) {
   platform::BridgeOptions options;
   options.diary = "diario";
   options.metrics = "tellaxis.prom";
@@ -49,30 +46,9 @@ void measure(platform::Host& host, const std::string& folder) {
     std::ofstream(folder + "/Orbis/" + std::to_string(10'000 + job) + ".txt") << "x";
   measureWrites(file, std::to_string(manyJobs) + " jobs waiting");
   std::printf("it holds %zu bytes\n", static_cast<std::size_t>(fs::file_size(folder + "/tellaxis.prom")));
-}
-
-int measureIn(const std::string& folder) {
-  for (const char* name : {"Orbis", "CortOrbis"}) fs::create_directories(fs::path(folder) / name);
-  std::ofstream(folder + "/_Tellaxis.ini") << "[Varie]\r\nMF_Vuoto=-1\r\nCort_Vuoto=-1\r\n";
-  auto opened = platform::openSystem({.mainFolder = folder});
-  if (const auto* error = std::get_if<platform::SystemError>(&opened)) {
-    std::fprintf(stderr, "%s\n", error->message.c_str());
-    return 2;
-  }
-  measure(std::get<std::unique_ptr<platform::System>>(opened)->host(), folder);
   return 0;
 }
 
 }  // namespace
 
-int main(int count, char** words) {
-  const std::string parent = count > 1 ? words[1] : "/dev/shm";
-  std::string folder = parent + "/tellaxis-bench-XXXXXX";
-  if (mkdtemp(folder.data()) == nullptr) {
-    std::perror(folder.c_str());
-    return 2;
-  }
-  const int status = measureIn(folder);
-  fs::remove_all(folder);
-  return status;
-}
+int main(int count, char** words) { return onDesk(count, words, "MF_Vuoto=-1\r\nCort_Vuoto=-1\r\n", measure); }

@@ -13,11 +13,10 @@
 #include <iterator>
 #include <string>
 #include <thread>
-#include <variant>
 #include <vector>
 
+#include "bench_desk.h"
 #include "core/polling.h"
-#include "platform/system.h"
 #include "receipts.h"
 
 namespace {
@@ -166,16 +165,8 @@ void measureIdleTicks(Bridge& bridge, Devices& devices, const std::string& folde
               median(idle) / median(bareIdle));
 }
 
-int measure(const std::string& folder) {
-  for (const char* name : {"Orbis", "IN", "CortOrbis", "CortIN"}) fs::create_directories(fs::path(folder) / name);
-  std::ofstream(folder + "/_Tellaxis.ini") << "[Varie]\r\nMF_Vuoto=-1\r\nCort_Vuoto=-1\r\nRF_Vuoto=-1\r\n"
-                                           << "Orbis_Directory=C:\\MERIDIA\r\nMF_File=C:\\MF\\in.txt\r\n";
-  auto opened = platform::openSystem({.mainFolder = folder});
-  if (const auto* error = std::get_if<platform::SystemError>(&opened)) {
-    std::fprintf(stderr, "%s\n", error->message.c_str());
-    return 2;
-  }
-  Bridge bridge(std::get<std::unique_ptr<platform::System>>(opened)->host());
+int measure(platform::Host& host, const std::string& folder) {
+  Bridge bridge(host);
   configure(bridge.settings, folder);
   CopyingDevices devices(bridge);
   for (const Load& load : loads)
@@ -187,13 +178,8 @@ int measure(const std::string& folder) {
 }  // namespace
 
 int main(int count, char** words) {
-  const std::string parent = count > 1 ? words[1] : "/dev/shm";
-  std::string folder = parent + "/tellaxis-bench-XXXXXX";
-  if (mkdtemp(folder.data()) == nullptr) {
-    std::perror(folder.c_str());
-    return 2;
-  }
-  const int status = measure(folder);
-  fs::remove_all(folder);
-  return status;
+  return onDesk(
+      count, words,
+      "MF_Vuoto=-1\r\nCort_Vuoto=-1\r\nRF_Vuoto=-1\r\nOrbis_Directory=C:\\MERIDIA\r\nMF_File=C:\\MF\\in.txt\r\n",
+      measure);
 }

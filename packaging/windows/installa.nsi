@@ -12,6 +12,7 @@ Unicode true
 !insertmacro GetOptions
 
 !define KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\Tellaxis"
+!define EVENTS "SYSTEM\CurrentControlSet\Services\EventLog\Application\Tellaxis"
 !define TASK "Tellaxis pianificate"
 
 Name "Tellaxis ${VERSION}"
@@ -98,6 +99,8 @@ Section "Tellaxis" programs
   WriteRegStr HKLM "${KEY}" QuietUninstallString '"$INSTDIR\disinstalla.exe" /S'
   WriteRegDWORD HKLM "${KEY}" NoModify 1
   WriteRegDWORD HKLM "${KEY}" NoRepair 1
+  WriteRegExpandStr HKLM "${EVENTS}" EventMessageFile "$INSTDIR\tellaxisd.exe"
+  WriteRegDWORD HKLM "${EVENTS}" TypesSupported 1
 SectionEnd
 
 Section "Avvio con Windows, per tutti gli utenti" autostart
@@ -158,6 +161,7 @@ Section "un.Tellaxis" un.programs
   RMDir /r "$INSTDIR\esempi"
   Delete "$INSTDIR\disinstalla.exe"
   DeleteRegKey HKLM "${KEY}"
+  DeleteRegKey HKLM "${EVENTS}"
   ; Only where nothing of the desk's is left in it.
   RMDir "$INSTDIR"
 SectionEnd

@@ -14,6 +14,9 @@ from versioned_desk import VersionedDesk
 HOUSE = Path(__file__).resolve().parents[3]
 INSTALLERS = Path(os.environ["INSTALLERS"] or "none")  # of two versions of the programs under test
 
+LIST_OF_PROGRAMS = "HKLM\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Tellaxis"
+EVENT_SOURCE = "HKLM\\SYSTEM\\CurrentControlSet\\Services\\EventLog\\Application\\Tellaxis"
+
 
 def guide_commands():
     """The commands for Windows in the guide, line by line."""
@@ -37,13 +40,12 @@ class Installer(VersionedDesk):
     def install(self, version, *options):
         self.assertEqual(self.run_to_end(self.installer(version), "/S", *options, "/D=C:\\Tellaxis"), 0)
 
-    def registered(self, value):
-        """What Windows' list of programs says of this one; None where it is not in it."""
-        key = "HKLM\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Tellaxis"
+    def registered(self, value, key=LIST_OF_PROGRAMS):
+        """What Windows' list of programs, or another key, says of this one; None where it is not in it."""
         answer = subprocess.run(
             [*EMULATOR, "reg", "query", key, "/v", value], env=self.environment, capture_output=True, text=True, check=False
         )
-        return answer.stdout.split("REG_SZ")[-1].strip() if answer.returncode == 0 else None
+        return re.split("REG_(?:EXPAND_)?SZ", answer.stdout)[-1].strip() if answer.returncode == 0 else None
 
     def links(self):
         return sorted(path.name for path in self.desk.drive_c.rglob("*.lnk") if "windows" not in path.parts)
@@ -61,6 +63,7 @@ class Installer(VersionedDesk):
         self.install("0.1.0")
         self.assertEqual(self.registered("DisplayVersion"), "0.1.0")
         self.assertEqual(self.registered("InstallLocation"), "C:\\Tellaxis")
+        self.assertEqual(self.registered("EventMessageFile", EVENT_SOURCE), "C:\\Tellaxis\\tellaxisd.exe")
         self.assertEqual(
             self.links(), ["Disinstalla Tellaxis.lnk", "Guida.lnk", "Tellaxis.lnk", "Tellaxis.lnk"], "menu and start-up"
         )
@@ -86,6 +89,7 @@ class Installer(VersionedDesk):
 
         self.assertEqual(self.run_to_end("C:\\Tellaxis\\disinstalla.exe", "/S", "_?=C:\\Tellaxis"), 0)
         self.assertEqual((self.registered("DisplayVersion"), self.links()), (None, []))
+        self.assertIsNone(self.registered("EventMessageFile", EVENT_SOURCE))
         # Run in place so that it can be waited for, the uninstaller alone stays.
         self.assertEqual([path.name for path in self.folder.glob("*.exe")], ["disinstalla.exe"])
         self.assertFalse((self.folder / "esempi").exists())
