@@ -1,7 +1,7 @@
 // Failing steps: handing them on.
 #include "app/failing_steps.h"
 
-#include "diary/entry.h"
+#include "core/device_names.h"
 
 namespace tellaxis {
 
