@@ -41,6 +41,8 @@ std::optional<Outcome> outcomeNamed(std::string_view name) {
   return row->outcome;
 }
 
+bool comesAgain(Device device) { return device == Device::display || device == Device::slipPrinter; }
+
 Outcome outcomeOf(Device device, const Bridge& bridge, const Activity& activity) {
   if (device == Device::fiscalPrinter) return outcomeFrom(bridge.fiscalOutcome);
   const auto& job = activity.lastJob(device);

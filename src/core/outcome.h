@@ -36,6 +36,9 @@ const OutcomeNames& namesOf(Outcome outcome);
 /// The outcome of this name in files.
 std::optional<Outcome> outcomeNamed(std::string_view name);
 
+/// Whether a job of `device` that failed may come again: its file, of which there is one, then stays.
+bool comesAgain(Device device);
+
 /// The outcome of the job of `device` that has just ended, and that `activity` heard of.
 Outcome outcomeOf(Device device, const Bridge& bridge, const Activity& activity);
 

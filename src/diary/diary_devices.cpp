@@ -8,13 +8,6 @@
 
 namespace tellaxis {
 
-namespace {
-
-/// These have one file, which stays after a failure.
-bool comesAgain(Device device) { return device == Device::display || device == Device::slipPrinter; }
-
-}  // namespace
-
 DiaryDevices::~DiaryDevices() {
   for (const Device device : {Device::display, Device::slipPrinter}) endOfSeries(device);
 }

@@ -53,9 +53,8 @@ bool MeasuredDevices::isTriedAgain(Device device, std::string_view jobFile) {
   return staying && bridge_.host.files.identity(jobFile) == staying;
 }
 
-/// The files of the other two are deleted, whatever became of their jobs.
 MeasuredDevices::Identity MeasuredDevices::staysAt(Device device, std::string_view jobFile) {
-  if (device != Device::display && device != Device::slipPrinter) return std::nullopt;
+  if (!comesAgain(device)) return std::nullopt;
   platform::Files& files = bridge_.host.files;
   return files.exists(jobFile) ? files.identity(jobFile) : std::nullopt;
 }
