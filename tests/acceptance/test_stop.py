@@ -17,11 +17,15 @@ class Stop(Scenario):
         for name in ("1.txt", "2.txt", "3.txt"):
             self.desk.drop(name, name)
 
+    def wait_for_the_first(self):
+        """Waits until the first receipt is under way: a stop before it lies at the driver would put it back too."""
+        wait_for(lambda: self.desk.c("MF\\in.txt").exists(), "the first receipt under way")
+
     def test_it_waits_for_the_receipt_under_way_and_puts_the_others_back(self):
         self.dead_driver()
         program = self.desk.start(polling=1)
         self.drop_three()
-        wait_for(lambda: "1.txt" in self.desk.jobs("IN"), "the first receipt under way")
+        self.wait_for_the_first()
         asked = time.monotonic()
         self.assertEqual(program.stop(), 0)
         self.assertLess(time.monotonic() - asked, 2 * 102 * 0.02, "the time of two receipts")
@@ -33,7 +37,7 @@ class Stop(Scenario):
         self.dead_driver()
         program = self.desk.start(polling=1)
         self.drop_three()
-        wait_for(lambda: "1.txt" in self.desk.jobs("IN"), "the first receipt under way")
+        self.wait_for_the_first()
         program.stop()
         self.desk.settings(MF_Driver=fiscal_driver.command_line(self.desk))
         self.desk.start()
