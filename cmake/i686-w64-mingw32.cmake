@@ -12,9 +12,10 @@ find_program(TELLAXIS_CROSS_RANLIB ${triple}-gcc-ranlib-posix REQUIRED)
 set(CMAKE_AR ${TELLAXIS_CROSS_AR} CACHE FILEPATH "")
 set(CMAKE_RANLIB ${TELLAXIS_CROSS_RANLIB} CACHE FILEPATH "")
 
-# A 64-bit time_t, for every library alike since it is part of their binary interface. The Windows version is left to each
-# target: wxWidgets needs a newer one than our own programs.
-set(CMAKE_C_FLAGS_INIT "-D__MINGW_USE_VC2005_COMPAT -ffunction-sections -fdata-sections")
+# Nothing here may change time_t: the compiler's own libraries hand it on in 32 bits, and with another one every wait of
+# std::this_thread and std::condition_variable ends at once. The Windows version is left to each target: wxWidgets needs a
+# newer one than our own programs.
+set(CMAKE_C_FLAGS_INIT "-ffunction-sections -fdata-sections")
 set(CMAKE_CXX_FLAGS_INIT "${CMAKE_C_FLAGS_INIT}")
 set(CMAKE_EXE_LINKER_FLAGS_INIT
   "-static -Wl,--gc-sections -Wl,--major-subsystem-version=5,--minor-subsystem-version=1")

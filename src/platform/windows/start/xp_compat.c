@@ -1,5 +1,4 @@
-/* XP compatibility: what the static libraries import and XP does not have: GetTickCount64 of kernel32 for the threads,
-   _difftime64 of the C run-time for the window's times. */
+/* XP compatibility: what the static libraries import and XP does not have: GetTickCount64 of kernel32 for the threads. */
 #include <windows.h>
 
 typedef ULONGLONG(WINAPI* Counter)(void);
@@ -24,9 +23,3 @@ static ULONGLONG WINAPI tickCount64(void) {
 
 /* The name under which the linker looks for the address of the imported function. */
 Counter importedTickCount64 __asm__("__imp__GetTickCount64@0") = tickCount64;
-
-/* Seconds from `first` to `last`; -1 seconds are no time, and make no difference either. */
-double _difftime64(__int64 last, __int64 first) { return first < 0 || last < 0 ? 0 : (double)(last - first); }
-
-typedef double (*Difference)(__int64, __int64);
-Difference importedDifftime64 __asm__("__imp___difftime64") = _difftime64;
