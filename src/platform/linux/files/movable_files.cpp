@@ -41,7 +41,8 @@ int MovableFiles::ask() {
   if (const int reason = whyUnchangeable(to_, toStatus_); reason != 0) return reason;
   const bool read = readFolder(to_, [&](const dirent64& entry) {
     if (entry.d_name[0] == '.') return;
-    if (const auto text = textOfName(entry.d_name)) waiting_[upperCase(*text)].emplace_back(entry.d_name);
+    if (const auto text = textOfName(entry.d_name); text && isWanted_(*text))
+      waiting_[upperCase(*text)].emplace_back(entry.d_name);
   });
   return read ? 0 : errno;
 }

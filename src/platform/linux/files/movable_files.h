@@ -4,9 +4,11 @@
 #include <sys/stat.h>
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/linux/kernel/descriptor.h"
@@ -17,7 +19,9 @@ namespace tellaxis::platform {
 /// file only. Reasons are the system's error numbers; 0 is none.
 class MovableFiles {
  public:
-  MovableFiles(const Descriptor& from, const Descriptor& to) : from_(from), to_(to) {}
+  /// `isWanted` tells which names, in whatever case, will be asked for: only those are kept of a full folder.
+  MovableFiles(const Descriptor& from, const Descriptor& to, std::function<bool(std::string_view)> isWanted)
+      : from_(from), to_(to), isWanted_(std::move(isWanted)) {}
 
   /// Why no file at all could be moved.
   int whyNone();
@@ -36,6 +40,7 @@ class MovableFiles {
 
   const Descriptor& from_;
   const Descriptor& to_;
+  std::function<bool(std::string_view)> isWanted_;
   bool asked_ = false;
   int none_ = 0;
   struct stat fromStatus_ {};

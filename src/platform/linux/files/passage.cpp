@@ -39,13 +39,23 @@ std::unique_ptr<Passage> LinuxPassage::open(PassageEnd from, PassageEnd to, Seen
 }
 
 LinuxPassage::LinuxPassage(PassageEnd from, PassageEnd to, SeenFiles& seen, Trace& trace)
-    : from_(std::move(from)), to_(std::move(to)), seen_(seen), trace_(trace), movable_(from_.opened, to_.opened) {
+    : from_(std::move(from)),
+      to_(std::move(to)),
+      seen_(seen),
+      trace_(trace),
+      movable_(from_.opened, to_.opened, [this](std::string_view text) { return hasName(text); }) {
   from_.native = endedWithSlash(std::move(from_.native));
   to_.native = endedWithSlash(std::move(to_.native));
 }
 
 bool LinuxPassage::comesFirst(const Name& left, const Name& right) {
   return left.text == right.text ? left.onDisk < right.onDisk : lessIgnoringCase(left.text, right.text);
+}
+
+bool LinuxPassage::hasName(std::string_view text) const {
+  // Of names that differ in case alone the one in capitals comes first.
+  const auto found = std::ranges::lower_bound(names_, upperCase(text), lessIgnoringCase, &Name::text);
+  return found != names_.end() && equalIgnoringCase(found->text, text);
 }
 
 bool LinuxPassage::readNames() {

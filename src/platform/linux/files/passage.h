@@ -54,6 +54,7 @@ class LinuxPassage : public Passage {
   LinuxPassage(PassageEnd from, PassageEnd to, SeenFiles& seen, Trace& trace);
   static bool comesFirst(const Name& left, const Name& right);
   bool readNames();
+  bool hasName(std::string_view text) const;
   bool isRepeated() const;
   int whyNot();
   Hold holdOfFile(const struct stat& status) const;
