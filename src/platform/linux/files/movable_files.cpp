@@ -2,6 +2,7 @@
 #include "platform/linux/files/movable_files.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
 
@@ -89,10 +90,14 @@ int MovableFiles::whyNoRoom(const struct stat& file) {
 }
 
 bool enoughDescriptors() {
+  struct rlimit limit {};
+  if (::getrlimit(RLIMIT_NOFILE, &limit) != 0) limit.rlim_cur = 0;
   std::array<Descriptor, descriptorsOfJob> spare;
   for (Descriptor& descriptor : spare) {
     descriptor = Descriptor(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 0));
     if (!descriptor) return errno != EMFILE && errno != ENFILE;
+    // The lowest free number is given: one so far below the limit leaves enough above it.
+    if (static_cast<rlim_t>(descriptor.number()) < limit.rlim_cur / 4) return true;
   }
   return true;
 }
