@@ -1,4 +1,4 @@
-/* XP compatibility: what the static libraries import and XP does not have: GetTickCount64 of kernel32 for the threads. */
+/* XP compatibility: what the static libraries import and XP lacks: GetTickCount64 of kernel32, for the threads. */
 #include <windows.h>
 
 typedef ULONGLONG(WINAPI* Counter)(void);
