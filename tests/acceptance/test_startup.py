@@ -153,7 +153,7 @@ class CommandLine(Scenario):
         )
         program = self.desk.start()
         self.desk.drop("scontrino.txt")
-        wait_for(lambda: self.desk.c("MF\\in.txt").exists(), "the job under way")
+        wait_for(lambda: fiscal_driver.receipts(self.desk), "the driver at work")
         self.assertEqual(program.stop(), 0)
         self.assertEqual(len(fiscal_driver.receipts(self.desk)), 1)
         self.assertEqual(self.desk.jobs("IN"), [])

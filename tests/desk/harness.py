@@ -85,8 +85,10 @@ class Program:
         self.process.wait()
         for reader in self._readers:
             reader.join(5)
-        self.process.stdout.close()
-        self.process.stderr.close()
+        # A program that this one started may live on with its pipes: closing them would wait for it.
+        if not any(reader.is_alive() for reader in self._readers):
+            self.process.stdout.close()
+            self.process.stderr.close()
 
 
 class Desk:
