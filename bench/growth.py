@@ -30,8 +30,11 @@ LONGEST = 600
 def desk():
     """A desk whose gate is closed, and whose driver's input file nobody takes."""
     made = Desk()
-    fiscal_driver.configure(made, "CASIO/DITRON - 24", delay=0, MF_ChkLog=0, MF_Vuoto=0)
+    fiscal_driver.configure(made, "CASIO/DITRON - 24", delay=0, MF_ChkLog=0)
     made.start(polling=INTERVAL)
+    # The start opens the gates.
+    made.settings(MF_Vuoto=0)
+    time.sleep(20 * INTERVAL)
     return made
 
 
@@ -44,11 +47,12 @@ def until(condition):
 
 
 def time_of_jobs(count):
-    """Seconds until all jobs have left the drop folder, and as many have been handed over as a pass takes."""
+    """Seconds until a pass has moved all jobs out of the drop folder, once their gate opens."""
     made = desk()
     try:
         for number in range(count):
             made.drop(f"job{number:06}.txt")
+        assert len(os.listdir(made.main / "Orbis")) == count, "the gate is open"
         made.settings(MF_Vuoto=-1)
         return until(lambda: not any(os.scandir(made.main / "Orbis")))
     finally:
@@ -63,6 +67,7 @@ def time_of_size(size):
         with open(unfinished, "wb") as job:
             job.truncate(size)
         unfinished.rename(made.main / "Orbis" / "job.txt")
+        assert not made.c("MF\\in.txt").exists(), "the gate is open"
         made.settings(MF_Vuoto=-1)
         target = made.c("MF\\in.txt")
         return until(lambda: target.exists() and target.stat().st_size == size)
