@@ -16,6 +16,9 @@ namespace {
 
 constexpr std::string_view noteOfLastBegun = "\\ultimo.json";
 
+/// Lines of that note before it begins anew.
+constexpr int mostNotes = 1000;
+
 /// How a day's file ends.
 struct DayEnd {
   std::int64_t number = 0;  ///< the highest in it
@@ -56,7 +59,12 @@ void Diary::begin(DiaryEntry& entry, std::string_view jobFile, bool triedAgain) 
   if (!triedAgain) keep(entry, jobFile);
   DiaryEntry underWay = entry;
   underWay.outcome = Outcome::unconfirmed;
-  host_.files.create(folder_ + std::string(noteOfLastBegun), lineOf(underWay), platform::Readers::asUsual);
+  const std::string note = folder_ + std::string(noteOfLastBegun);
+  // One more line costs a third of a new file; the last whole line counts.
+  if (notes_++ % mostNotes == 0)
+    host_.files.create(note, lineOf(underWay), platform::Readers::asUsual);
+  else
+    host_.files.append(note, "\n" + lineOf(underWay));
 }
 
 void Diary::end(const DiaryEntry& entry) {
@@ -84,7 +92,9 @@ std::optional<Diary::LastBegun> Diary::lastBegun() {
   const std::string note = folder_ + std::string(noteOfLastBegun);
   if (!host_.files.exists(note)) return std::nullopt;
   TextLines lines(host_, note);
-  auto entry = entryFrom(lines.next().value_or(""));
+  std::optional<DiaryEntry> entry;
+  while (const auto line = lines.next())
+    if (auto begun = entryFrom(*line)) entry = std::move(begun);
   if (!entry) return std::nullopt;
   const auto written = findEntry(host_, folder_, entry->id);
   return LastBegun{.entry = std::move(*entry), .ended = written && written->count >= entry->count};

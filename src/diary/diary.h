@@ -68,6 +68,7 @@ class Diary {
   std::int64_t number_ = 0;  ///< the highest of the day
   bool freshLine_ = false;   ///< the day's file ends with a whole line
   Moment lastCopy_;
+  int notes_ = 0;  ///< of jobs that began
 };
 
 }  // namespace tellaxis

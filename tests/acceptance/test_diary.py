@@ -39,7 +39,7 @@ class DiaryScenario(Scenario):
         note = self.diary / "ultimo.json"
         if not note.exists():
             return False
-        last = json.loads(note.read_text("utf-8"))
+        last = json.loads(note.read_text("utf-8").splitlines()[-1])
         lines = "".join(file.read_text("utf-8") for file in self.diary.glob("*.jsonl"))
         return last["device"] == device and f'"{last["id"]}"' not in lines
 

@@ -90,6 +90,29 @@ TEST_F(LeftoversTest, AJobUnderWayWhenTheProgramEndedIsUnconfirmedAndNotDiscarde
   EXPECT_EQ(all[1].outcome, Outcome::discarded);
 }
 
+TEST_F(LeftoversTest, OfManyJobsOnlyTheOneUnderWayIsUnconfirmed) {
+  constexpr int many = 1500;  // the note begins anew in between
+  for (int job = 0; job < many; ++job) devices.MF_Invia("C:\\cassa\\IN\\a.txt");
+  EXPECT_LT(computer.files.text(std::string(diaryAt) + "\\ultimo.json").size(), 200U * 1000);
+  killedDuring([&] { devices.MF_Invia("C:\\cassa\\IN\\b.txt"); });
+  startUp();
+  const auto all = entries();
+  ASSERT_THAT(all, SizeIs(many + 1));
+  EXPECT_EQ(all.back().job, "b.txt");
+  EXPECT_EQ(std::ranges::count(all, Outcome::unconfirmed, &DiaryEntry::outcome), 1);
+}
+
+TEST_F(LeftoversTest, HalfANoteIsOfAJobThatHadNotBegun) {
+  devices.MF_Invia("C:\\cassa\\IN\\a.txt");
+  devices.MF_Invia("C:\\cassa\\IN\\b.txt");
+  const std::string note = std::string(diaryAt) + "\\ultimo.json";
+  computer.files.put(note, computer.files.text(note) + "\n{\"id\":\"030307-3\",\"ti");
+  startUp();
+  ASSERT_THAT(entries(), SizeIs(2));
+  EXPECT_EQ(entries()[1].job, "b.txt");
+  EXPECT_NE(entries()[1].outcome, Outcome::unconfirmed);
+}
+
 TEST_F(LeftoversTest, AJobWhoseLineIsWrittenStaysAsItIs) {
   put("IN\\a.txt");
   jobs.job = [&] { bridge.fiscalOutcome = FiscalOutcome::confirmed; };
