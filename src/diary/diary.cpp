@@ -60,7 +60,7 @@ void Diary::begin(DiaryEntry& entry, std::string_view jobFile, bool triedAgain) 
   DiaryEntry underWay = entry;
   underWay.outcome = Outcome::unconfirmed;
   const std::string note = folder_ + std::string(noteOfLastBegun);
-  // One more line costs a third of a new file; the last whole line counts.
+  // One more line costs less than a new file; the last whole line counts.
   if (notes_++ % mostNotes == 0)
     host_.files.create(note, lineOf(underWay), platform::Readers::asUsual);
   else

@@ -35,7 +35,7 @@ class ToolWindows(WineWindow):
 
     def test_the_diagnosis_tries_the_printer(self):
         self.open("d", "Diagnosi")
-        self.until(lambda: self.printed() == 1, "the sample printed", self.do, "key", "alt+p")
+        self.until(lambda: self.printed() >= 1, "the sample printed", self.do, "key", "alt+p")
 
     def test_the_diary_prints_a_job_again_after_a_yes(self):
         self.desk.drop("preconto.txt", JOB, folder="CortOrbis")
