@@ -1,4 +1,4 @@
-// Tests of drawn pages: what stands where, colours, bar codes that a reader reads, long documents.
+// Tests of drawn pages: colours, bar codes that a reader reads, long documents.
 #include <gdk-pixbuf/gdk-pixbuf.h>
 #include <gmock/gmock.h>
 
@@ -9,7 +9,6 @@
 #include "platform/linux/printing/highest_resident.h"
 #include "platform/linux/printing/pages/bitmap_file.h"
 #include "platform/linux/printing/pages/page_document.h"
-#include "platform/linux/printing/pages/page_layout.h"
 #include "platform/printing/sample_documents.h"
 #include "platform/temporary_folder.h"
 #include "platform/trace_log.h"
@@ -19,10 +18,8 @@ namespace {
 
 using test::TemporaryFolder;
 using test::TraceLog;
-using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 using testing::SizeIs;
 
 PrintStatement text(std::string line, std::string font = "FontA11", double size = 9, bool bold = false,
@@ -44,129 +41,6 @@ std::string outputOf(const std::string& command) {
   while (const std::size_t got = std::fread(block.data(), 1, block.size(), pipe)) output.append(block.data(), got);
   pclose(pipe);
   return output;
-}
-
-std::vector<Page> pagesOf(const std::string& deviceName, const std::vector<Operation>& operations) {
-  Typefaces typefaces;
-  std::vector<Page> pages;
-  PageLayout layout(paperOf(deviceName), typefaces, readPicture, [&](Page page) { pages.push_back(std::move(page)); });
-  for (const Operation& operation : operations) layout.add(operation);
-  layout.finish();
-  return pages;
-}
-
-std::vector<PlacedText> textsOf(const Page& page) {
-  std::vector<PlacedText> texts;
-  for (const Placed& item : page.items)
-    if (const auto* placed = std::get_if<PlacedText>(&item)) texts.push_back(*placed);
-  return texts;
-}
-
-std::vector<std::string> linesOf(const Page& page) {
-  std::vector<std::string> lines;
-  for (const PlacedText& placed : textsOf(page)) lines.push_back(placed.text);
-  return lines;
-}
-
-TEST(PageLayout, ARollIsAsLongAsItsText) {
-  const auto one = pagesOf("X", {text("a")});
-  const auto twenty = pagesOf("X", std::vector<Operation>(20, text("a")));
-  ASSERT_THAT(one, SizeIs(1));
-  ASSERT_THAT(twenty, SizeIs(1));
-  EXPECT_EQ(one[0].width, 80 * dotsPerMillimetre);
-  EXPECT_GE(one[0].height, 20 * dotsPerMillimetre);
-  EXPECT_GT(twenty[0].height, one[0].height + 400);
-}
-
-TEST(PageLayout, ASlipIsAFormAndLongerTextTakesAnother) {
-  const auto pages = pagesOf("EPSON TM-U295 Slip", std::vector<Operation>(60, text("a", "FontB11")));
-  ASSERT_THAT(pages, SizeIs(2));
-  EXPECT_EQ(pages[0].height, pages[1].height);
-  EXPECT_GE(pages[0].items.size(), 41U);
-}
-
-TEST(PageLayout, DeviceFontsKeepTheirColumns) {
-  const auto pages = pagesOf("X", {text(std::string(42, 'a')), text(std::string(56, 'b'), "FontB11"),
-                                   text(std::string(42, 'c'), "FontA15cpi"), text(std::string(48, 'd'), "FontB17cpi")});
-  ASSERT_THAT(pages, SizeIs(1));
-  EXPECT_THAT(linesOf(pages[0]),
-              ElementsAre(std::string(42, 'a'), std::string(56, 'b'), std::string(42, 'c'), std::string(48, 'd')));
-}
-
-TEST(PageLayout, TextWiderThanARollGoesOnInTheNextLineAndOnAFormEnds) {
-  EXPECT_THAT(linesOf(pagesOf("X", {text(std::string(43, 'a'))})[0]), ElementsAre(std::string(42, 'a'), "a"));
-  EXPECT_THAT(linesOf(pagesOf("EPSON TM-U295 Slip", {text(std::string(70, 'a'), "FontB11")})[0]),
-              ElementsAre(std::string(42, 'a')));
-}
-
-TEST(PageLayout, BlanksAtTheEndTakeNoLine) {
-  const auto lines = textsOf(pagesOf("X", {text("a" + std::string(80, ' ')), text("b")})[0]);
-  ASSERT_THAT(lines, SizeIs(2));
-  EXPECT_LT(lines[1].y - lines[0].y, 40);
-}
-
-TEST(PageLayout, ScaleAndSizeMakeLettersHigher) {
-  const auto lines = textsOf(pagesOf("X", {text("a", "FontA15cpi", 9), text("b", "FontA15cpi", 18),
-                                           text("c", "FontB1x2"), text("d", "FontB1x1"), text("e", "FontA21")})[0]);
-  ASSERT_THAT(lines, SizeIs(5));
-  EXPECT_DOUBLE_EQ(lines[1].height, 2 * lines[0].height);
-  EXPECT_DOUBLE_EQ(lines[1].cellWidth, lines[0].cellWidth);
-  EXPECT_DOUBLE_EQ(lines[2].height, 2 * lines[3].height);
-  EXPECT_DOUBLE_EQ(lines[4].cellWidth, 2 * 576.0 / 42);
-}
-
-TEST(PageLayout, EveryPieceOfAStatementEndsItsLine) {
-  const auto lines = textsOf(pagesOf("X", {text("a\r\nb\r\n"), text("c")})[0]);
-  ASSERT_THAT(lines, SizeIs(3));
-  EXPECT_DOUBLE_EQ(lines[2].y - lines[1].y, 2 * (lines[1].y - lines[0].y));
-}
-
-TEST(PageLayout, APositionIsWhereTheNextLineStands) {
-  const auto lines = textsOf(
-      pagesOf("X", {text(""), Move{.y = 0}, text("a"), Move{.x = 1440}, Move{.y = 1440}, text("b"), text("c")})[0]);
-  const double inch = 25.4 * dotsPerMillimetre;
-  ASSERT_THAT(lines, SizeIs(3));
-  EXPECT_NEAR(lines[1].y - lines[0].y, inch, 0.01);
-  EXPECT_NEAR(lines[1].x - lines[0].x, inch, 0.01);
-  EXPECT_DOUBLE_EQ(lines[2].x, lines[0].x);
-}
-
-TEST(PageLayout, ControlLettersAreNotPrintedAndACutEndsThePaper) {
-  const auto pages = pagesOf("X", {text("w", "FontControl"), text("a"), text("P", "FontControl")});
-  ASSERT_THAT(pages, SizeIs(1));
-  EXPECT_THAT(linesOf(pages[0]), ElementsAre("a"));
-  ASSERT_TRUE(std::holds_alternative<PlacedCut>(pages[0].items.back()));
-  EXPECT_LT(pages[0].height - std::get<PlacedCut>(pages[0].items.back()).y, 5 * dotsPerMillimetre);
-}
-
-TEST(PageLayout, WhatIsNoEanIsText) {
-  EXPECT_THAT(linesOf(pagesOf("X", {text("8001234567890", "JAN13(EAN)", 18)})[0]), ElementsAre("8001234567890"));
-}
-
-TEST(PageLayout, ALongRollIsPartedIntoPages) {
-  const auto pages = pagesOf("X", std::vector<Operation>(3000, text("a")));
-  EXPECT_GT(pages.size(), 2U);
-  std::size_t lines = 0;
-  for (const Page& page : pages) {
-    EXPECT_LE(page.height, 4020 * dotsPerMillimetre);
-    lines += page.items.size();
-  }
-  EXPECT_EQ(lines, 3000U);
-}
-
-TEST(PageLayout, OneHugeStatementIsPartedToo) {
-  std::string huge;
-  for (int i = 0; i < 3000; ++i) huge += "riga\r\n";
-  EXPECT_GT(pagesOf("X", {text(huge)}).size(), 2U);
-}
-
-TEST(PageLayout, ManyLinesInOnePlaceFillAPageToo) {
-  std::vector<Operation> operations;
-  for (int i = 0; i < 10'000; ++i) {
-    operations.push_back(Move{.y = 0});
-    operations.push_back(text("a"));
-  }
-  for (const Page& page : pagesOf("X", operations)) EXPECT_LE(page.items.size(), 5000U);
 }
 
 struct PageFilesTest : testing::Test {

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "platform/linux/printing/pages/page_drawing.h"
-#include "platform/linux/printing/pages/page_layout.h"
+#include "platform/printing/pages/page_layout.h"
 
 namespace tellaxis::platform {
 

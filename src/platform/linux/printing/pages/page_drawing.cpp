@@ -42,16 +42,17 @@ struct Drawing {
 
 void Drawing::operator()(const PlacedText& text) const {
   const Letters& letters = typefaces.letters(text.face);
-  const double size = text.height / (letters.ascent + letters.descent);
-  const double stretch = text.cellWidth > 0 ? text.cellWidth / letters.advances['0'] : size;
+  const LetterMeasures& measures = letters.measures;
+  const double size = text.height / measures.height();
+  const double stretch = text.cellWidth > 0 ? text.cellWidth / measures.advances['0'] : size;
   std::vector<cairo_glyph_t> glyphs;
   glyphs.reserve(text.text.size());
   double x = text.x;
-  const double y = text.y + letters.ascent * size;
+  const double y = text.y + measures.ascent * size;
   for (const char byte : text.text) {
     const auto index = static_cast<unsigned char>(byte);
     if (byte != ' ') glyphs.push_back({letters.glyphs[index], x, y});
-    x += text.cellWidth > 0 ? text.cellWidth : letters.advances[index] * size;
+    x += text.cellWidth > 0 ? text.cellWidth : measures.advances[index] * size;
   }
   cairo_matrix_t matrix;
   cairo_matrix_init_scale(&matrix, stretch, size);

@@ -7,7 +7,8 @@
 #include <string>
 
 #include "platform/linux/printing/pages/page_document.h"
-#include "platform/linux/printing/pages/page_layout.h"
+#include "platform/linux/printing/pages/page_fonts.h"
+#include "platform/printing/pages/page_layout.h"
 
 namespace tellaxis::platform {
 

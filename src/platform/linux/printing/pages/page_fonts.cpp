@@ -60,14 +60,14 @@ void measure(Letters& letters, cairo_scaled_font_t* scaled) {
       cairo_text_extents_t extents;
       cairo_scaled_font_glyph_extents(scaled, glyphs, 1, &extents);
       letters.glyphs.at(byte) = glyphs[0].index;
-      letters.advances.at(byte) = extents.x_advance / measuringSize;
+      letters.measures.advances.at(byte) = extents.x_advance / measuringSize;
     }
     cairo_glyph_free(glyphs);
   }
   cairo_font_extents_t extents;
   cairo_scaled_font_extents(scaled, &extents);
-  letters.ascent = extents.ascent / measuringSize;
-  letters.descent = extents.descent / measuringSize;
+  letters.measures.ascent = extents.ascent / measuringSize;
+  letters.measures.descent = extents.descent / measuringSize;
 }
 
 std::unique_ptr<Letters> load(const Typeface& typeface) {
@@ -90,12 +90,6 @@ std::unique_ptr<Letters> load(const Typeface& typeface) {
 }
 
 }  // namespace
-
-double Letters::width(std::string_view text) const {
-  double width = 0;
-  for (const char byte : text) width += advances[static_cast<unsigned char>(byte)];
-  return width;
-}
 
 const Letters& Typefaces::letters(const Typeface& typeface) {
   const auto found = known_.find(typeface);

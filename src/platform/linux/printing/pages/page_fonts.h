@@ -6,20 +6,12 @@
 #include <array>
 #include <map>
 #include <memory>
-#include <string>
-#include <string_view>
+
+#include "platform/printing/pages/typefaces.h"
 
 namespace tellaxis::platform {
 
-/// A font family in one weight.
-struct Typeface {
-  std::string family;
-  bool bold = false;
-
-  auto operator<=>(const Typeface&) const = default;
-};
-
-/// The letters of a typeface; all measures are for a size of 1.
+/// The letters of a typeface.
 struct Letters {
   struct Release {
     void operator()(cairo_font_face_t* fontFace) const { cairo_font_face_destroy(fontFace); }
@@ -27,18 +19,14 @@ struct Letters {
 
   std::unique_ptr<cairo_font_face_t, Release> face;
   std::array<unsigned long, 256> glyphs{};  ///< by byte of the code page
-  std::array<double, 256> advances{};
-  double ascent = 0;
-  double descent = 0;
-
-  /// Width of `text` at size 1.
-  double width(std::string_view text) const;
+  LetterMeasures measures;
 };
 
 /// Typefaces that were used before are kept, up to a bound.
-class Typefaces {
+class Typefaces final : public TypefaceMeasures {
  public:
   const Letters& letters(const Typeface& typeface);
+  const LetterMeasures& measures(const Typeface& typeface) override { return letters(typeface).measures; }
 
   /// Finds every typeface anew. A font file that could not be opened for a moment would stay unusable otherwise.
   void forget();

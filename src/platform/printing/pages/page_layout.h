@@ -8,10 +8,10 @@
 #include <variant>
 #include <vector>
 
-#include "platform/linux/printing/pages/page_fonts.h"
 #include "platform/printing/bitmap.h"
 #include "platform/printing/device_fonts.h"
 #include "platform/printing/document.h"
+#include "platform/printing/pages/typefaces.h"
 #include "platform/printing/papers.h"
 
 namespace tellaxis::platform {
@@ -67,7 +67,7 @@ using PageTaker = std::function<void(Page page)>;
 /// edge. Positions count in twentieths of a point from the top left corner of the printing area.
 class PageLayout {
  public:
-  PageLayout(const Paper& paper, Typefaces& typefaces, BitmapReader readBitmap, PageTaker takePage);
+  PageLayout(const Paper& paper, TypefaceMeasures& typefaces, BitmapReader readBitmap, PageTaker takePage);
 
   void add(const Operation& operation);
 
@@ -99,7 +99,7 @@ class PageLayout {
   double normalLine() const;
 
   const Paper& paper_;
-  Typefaces& typefaces_;
+  TypefaceMeasures& typefaces_;
   BitmapReader readBitmap_;
   PageTaker takePage_;
   Page page_;

@@ -1,18 +1,17 @@
 // Page layout: where on the paper the operations of a document come to stand.
-#include "platform/linux/printing/pages/page_layout.h"
+#include "platform/printing/pages/page_layout.h"
 
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
-#include "platform/linux/printing/pages/bar_code.h"
+#include "platform/printing/pages/bar_code.h"
 #include "platform/printing/printed_text.h"
 
 namespace tellaxis::platform {
 
 namespace {
 
-constexpr const char* deviceFamily = "Liberation Mono";
 constexpr double dotsPerPoint = dotsPerMillimetre * 25.4 / 72;
 constexpr double dotsPerTwip = dotsPerPoint / 20;
 constexpr double dotsPerInch = dotsPerMillimetre * 25.4;
@@ -38,7 +37,7 @@ constexpr int middleModules = 5;
 
 }  // namespace
 
-PageLayout::PageLayout(const Paper& paper, Typefaces& typefaces, BitmapReader readBitmap, PageTaker takePage)
+PageLayout::PageLayout(const Paper& paper, TypefaceMeasures& typefaces, BitmapReader readBitmap, PageTaker takePage)
     : paper_(paper), typefaces_(typefaces), readBitmap_(std::move(readBitmap)), takePage_(std::move(takePage)) {
   left_ = (paper.width - paper.printingWidth) / 2 * dotsPerMillimetre;
   top_ = topMargin;
@@ -92,9 +91,9 @@ double PageLayout::normalLine() const { return normalHeight() * lineHeight; }
 PageLayout::Style PageLayout::styleOf(const PrintStatement& statement, const PrintedFont& font) const {
   if (font.kind == FontKind::outline) {
     Style style{{statement.font, statement.bold}};
-    const Letters& letters = typefaces_.letters(style.face);
+    const LetterMeasures& letters = typefaces_.measures(style.face);
     const double size = std::min(statement.size, 200.0) * dotsPerPoint;
-    style.height = style.lineHeight = size * (letters.ascent + letters.descent);
+    style.height = style.lineHeight = size * letters.height();
     return style;
   }
   Style style{{deviceFamily, statement.bold}};
@@ -119,8 +118,8 @@ void PageLayout::print(const PrintStatement& statement) {
 
 /// Puts one line down, on a roll as many pieces as it needs.
 void PageLayout::textLine(std::string_view line, const Style& style, Color color) {
-  const Letters& letters = typefaces_.letters(style.face);
-  const double size = style.height / (letters.ascent + letters.descent);
+  const LetterMeasures& letters = typefaces_.measures(style.face);
+  const double size = style.height / letters.height();
   const double room = paper_.printingWidth * dotsPerMillimetre - x_ + 0.5;
   line = line.substr(0, line.find_last_not_of(' ') + 1);
   do {
