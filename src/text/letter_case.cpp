@@ -25,25 +25,29 @@ constexpr std::array<char, 256> makeTable() {
 
 constexpr std::array<char, 256> upperCaseLetters = makeTable();
 
+constexpr char capital(char letter) { return upperCaseLetters[numberOf(letter)]; }
+
+bool areSameLetter(char a, char b) { return capital(a) == capital(b); }
+
 }  // namespace
 
-char upperCase(char letter) { return upperCaseLetters[numberOf(letter)]; }
+char upperCase(char letter) { return capital(letter); }
 
 std::string upperCase(std::string_view text) {
   std::string result(text);
-  for (char& letter : result) letter = upperCase(letter);
+  for (char& letter : result) letter = capital(letter);
   return result;
 }
 
 bool equalIgnoringCase(std::string_view left, std::string_view right) {
-  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                    [](char a, char b) { return upperCase(a) == upperCase(b); });
+  return std::ranges::equal(left, right, areSameLetter);
 }
 
 bool lessIgnoringCase(std::string_view left, std::string_view right) {
-  const auto less = [](char a, char b) { return numberOf(upperCase(a)) < numberOf(upperCase(b)); };
-  if (std::lexicographical_compare(left.begin(), left.end(), right.begin(), right.end(), less)) return true;
-  return equalIgnoringCase(left, right) && left < right;
+  const auto [ofLeft, ofRight] = std::ranges::mismatch(left, right, areSameLetter);
+  if (ofLeft != left.end() && ofRight != right.end()) return numberOf(capital(*ofLeft)) < numberOf(capital(*ofRight));
+  if (ofLeft == left.end() && ofRight == right.end()) return left < right;
+  return ofLeft == left.end();
 }
 
 bool equalIgnoringAsciiCase(std::string_view left, std::string_view right) {

@@ -169,6 +169,7 @@ Descriptor LinuxFiles::openFile(std::string_view path, std::string& native, mill
     return {};
   }
   native = *spelled;
+  if (Descriptor job = seen_.openJobs.borrow(native)) return job;
   return onWhatExists(paths_, native,
                       [&](const std::string& file) { return openFinished(seen_.settling, file, timeout); });
 }
@@ -187,21 +188,26 @@ bool LinuxFiles::copy(std::string_view from, std::string_view to) {
   std::string source;
   const auto target = paths_.spelled(to);
   if (!target) return noteWith("copy", to, ENOENT);
-  const Descriptor opened = openForContent(from, source, sourceTimeout);
+  Descriptor opened = openForContent(from, source, sourceTimeout);
   if (!opened) return noteWith("copy", from, errno);
-  return note("copy", to, replaceContent(paths_, *target, {.orInPlace = true}, [&](const Descriptor& file) {
-                return copyAll(opened, file);
-              }));
+  const bool copied = note("copy", to,
+                           replaceContent(paths_, *target, {.orInPlace = true},
+                                          [&](const Descriptor& file) { return copyAll(opened, file); }));
+  seen_.openJobs.giveBack(source, std::move(opened));
+  return copied;
 }
 
 bool LinuxFiles::copyToNew(std::string_view from, std::string_view to) {
   std::string source;
   const auto target = paths_.spelled(to);
   if (!target) return noteWith("copy", to, ENOENT);
-  const Descriptor opened = openForContent(from, source, sourceTimeout);
+  Descriptor opened = openForContent(from, source, sourceTimeout);
   if (!opened) return noteWith("copy", from, errno);
-  if (makeCopy(opened, *target)) return true;
-  return note("copy", to, nothingThere() && makeCopy(opened, paths_.otherSpelling(*target).path));
+  const bool copied =
+      note("copy", to,
+           makeCopy(opened, *target) || (nothingThere() && makeCopy(opened, paths_.otherSpelling(*target).path)));
+  seen_.openJobs.giveBack(source, std::move(opened));
+  return copied;
 }
 
 bool LinuxFiles::makeCopy(const Descriptor& source, const std::string& to) {
@@ -241,6 +247,7 @@ bool LinuxFiles::remove(std::string_view path) {
 /// What was refused to its reader is not deleted unread, though its writer may have finished since.
 bool LinuxFiles::removeFile(std::string native, Readings::Outcome reading) {
   if (reading == Readings::Outcome::refused) return failWith(ECANCELED);
+  if (const Descriptor job = seen_.openJobs.take(native)) return ::unlink(native.c_str()) == 0;
   const Descriptor file =
       onWhatExists(paths_, native, [](const std::string& path) { return openRegularFile(AT_FDCWD, path.c_str()); });
   if (!file && (nothingThere() || errno == ETXTBSY || errno == EMFILE || errno == ENFILE)) return false;

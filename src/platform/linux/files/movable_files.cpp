@@ -42,21 +42,22 @@ int MovableFiles::ask() {
   if (const int reason = whyUnchangeable(to_, toStatus_); reason != 0) return reason;
   const bool read = readFolder(to_, [&](const dirent64& entry) {
     if (entry.d_name[0] == '.') return;
-    if (const auto text = textOfName(entry.d_name); text && isWanted_(*text))
-      waiting_[upperCase(*text)].emplace_back(entry.d_name);
+    const auto text = textOfName(entry.d_name);
+    if (!text) return;
+    if (std::string capitals = upperCase(*text); isWanted_(capitals))
+      waiting_[std::move(capitals)].emplace_back(entry.d_name);
   });
   return read ? 0 : errno;
 }
 
-int MovableFiles::whyNot(const struct stat& file, std::string_view text) {
+int MovableFiles::whyNot(const struct stat& file, std::string_view capitals) {
   if (!stickinessAllows(fromStatus_, file)) return EPERM;
-  if (const int reason = whyNotReplaced(text); reason != 0) return reason;
+  if (const int reason = whyNotReplaced(capitals); reason != 0) return reason;
   return whyNoRoom(file);
 }
 
-bool MovableFiles::isNameTaken(std::string_view text) const {
-  if (waiting_.empty()) return false;
-  const auto found = waiting_.find(upperCase(text));
+bool MovableFiles::isNameTaken(std::string_view capitals) const {
+  const auto found = waiting_.find(capitals);
   struct stat status {};
   return found != waiting_.end() && std::ranges::any_of(found->second, [&](const std::string& name) {
            return ::fstatat(to_.number(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
@@ -64,9 +65,8 @@ bool MovableFiles::isNameTaken(std::string_view text) const {
 }
 
 /// Why the file that has this name there could not be deleted.
-int MovableFiles::whyNotReplaced(std::string_view text) const {
-  if (waiting_.empty()) return 0;
-  const auto found = waiting_.find(upperCase(text));
+int MovableFiles::whyNotReplaced(std::string_view capitals) const {
+  const auto found = waiting_.find(capitals);
   if (found == waiting_.end()) return 0;
   if (found->second.size() > 1) return EEXIST;
   const char* name = found->second.front().c_str();

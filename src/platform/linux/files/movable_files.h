@@ -19,24 +19,24 @@ namespace tellaxis::platform {
 /// file only. Reasons are the system's error numbers; 0 is none.
 class MovableFiles {
  public:
-  /// `isWanted` tells which names, in whatever case, will be asked for: only those are kept of a full folder.
+  /// Names are given in upper case, in code page 1252. `isWanted` tells which will be asked for: only those are kept of
+  /// a full folder.
   MovableFiles(const Descriptor& from, const Descriptor& to, std::function<bool(std::string_view)> isWanted)
       : from_(from), to_(to), isWanted_(std::move(isWanted)) {}
 
   /// Why no file at all could be moved.
   int whyNone();
 
-  /// Why a file could not be moved there under the name `text`, in code page 1252, where a file of that name is deleted
-  /// first.
-  int whyNot(const struct stat& file, std::string_view text);
+  /// Why a file could not be moved there under this name, where a file of that name is deleted first.
+  int whyNot(const struct stat& file, std::string_view capitals);
 
   /// Whether what had this name there at the first file's look is still there.
-  bool isNameTaken(std::string_view text) const;
+  bool isNameTaken(std::string_view capitals) const;
 
  private:
   int ask();
   int whyNoRoom(const struct stat& file);
-  int whyNotReplaced(std::string_view text) const;
+  int whyNotReplaced(std::string_view capitals) const;
 
   const Descriptor& from_;
   const Descriptor& to_;

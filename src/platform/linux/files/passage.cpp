@@ -34,6 +34,7 @@ std::string endedWithSlash(std::string native) {
 
 std::unique_ptr<Passage> LinuxPassage::open(PassageEnd from, PassageEnd to, SeenFiles& seen, Trace& trace) {
   std::unique_ptr<LinuxPassage> passage(new LinuxPassage(std::move(from), std::move(to), seen, trace));
+  seen.openJobs.clear();
   if (!passage->readNames()) return nullptr;
   return passage;
 }
@@ -43,19 +44,13 @@ LinuxPassage::LinuxPassage(PassageEnd from, PassageEnd to, SeenFiles& seen, Trac
       to_(std::move(to)),
       seen_(seen),
       trace_(trace),
-      movable_(from_.opened, to_.opened, [this](std::string_view text) { return hasName(text); }) {
+      movable_(from_.opened, to_.opened, [this](std::string_view capitals) { return hasName(capitals); }) {
   from_.native = endedWithSlash(std::move(from_.native));
   to_.native = endedWithSlash(std::move(to_.native));
 }
 
-bool LinuxPassage::comesFirst(const Name& left, const Name& right) {
-  return left.text == right.text ? left.onDisk < right.onDisk : lessIgnoringCase(left.text, right.text);
-}
-
-bool LinuxPassage::hasName(std::string_view text) const {
-  // Of names that differ in case alone the one in capitals comes first.
-  const auto found = std::ranges::lower_bound(names_, upperCase(text), lessIgnoringCase, &Name::text);
-  return found != names_.end() && equalIgnoringCase(found->text, text);
+bool LinuxPassage::hasName(std::string_view capitals) const {
+  return std::ranges::binary_search(names_, capitals, {}, &Name::capitals);
 }
 
 bool LinuxPassage::readNames() {
@@ -63,7 +58,7 @@ bool LinuxPassage::readNames() {
     if (!isListed(from_.opened, entry)) return;
     auto text = textOfName(entry.d_name);
     if (text && text->find('\\') == std::string::npos)
-      names_.push_back({std::move(*text), entry.d_name});
+      names_.push_back({upperCase(*text), std::move(*text), entry.d_name});
     else
       seen_.leftOut.note(from_.shown, entry.d_name, std::string(unwritableName));
   });
@@ -76,7 +71,7 @@ bool LinuxPassage::readNames() {
     errno = EMFILE;
     return false;
   }
-  std::ranges::sort(names_, comesFirst);
+  std::ranges::sort(names_);
   return true;
 }
 
@@ -98,7 +93,7 @@ std::optional<std::string> LinuxPassage::next() {
   return std::nullopt;
 }
 
-bool LinuxPassage::isRepeated() const { return taken_ > 1 && equalIgnoringCase(names_[taken_ - 2].text, name().text); }
+bool LinuxPassage::isRepeated() const { return taken_ > 1 && names_[taken_ - 2].capitals == name().capitals; }
 
 /// Why the file whose turn it is cannot be moved; 0 when it can be.
 int LinuxPassage::whyNot() {
@@ -110,7 +105,7 @@ int LinuxPassage::whyNot() {
   if (const int reason = whyUnfinished(seen_.settling, hold_, from_.native + name().onDisk, status); reason != 0)
     return reason;
   if (const int reason = movable_.whyNone(); reason != 0) return reason;
-  return movable_.whyNot(status, name().text);
+  return movable_.whyNot(status, name().capitals);
 }
 
 Hold LinuxPassage::holdOfFile(const struct stat& status) const {
@@ -132,12 +127,15 @@ bool LinuxPassage::move() {
 }
 
 bool LinuxPassage::moveFile(const std::string& from, const std::string& to) {
-  if (movable_.isNameTaken(name().text)) {
+  if (movable_.isNameTaken(name().capitals)) {
     errno = EEXIST;
     return false;
   }
   const bool renamed = renameWithoutReplacing(from, to);
-  if (renamed && hold_ == Hold::free) return true;
+  if (renamed && hold_ == Hold::free) {
+    seen_.openJobs.keep(to, std::move(file_));
+    return true;
+  }
   if (!renamed && (errno != EXDEV || !carryOver(file_, from, to))) return false;
   struct stat status {};
   // Of what this program itself brought there nobody else is the writer, whatever the system there can tell of that.

@@ -12,6 +12,7 @@
 #include "platform/linux/files/failed_moves.h"
 #include "platform/linux/files/left_out.h"
 #include "platform/linux/files/movable_files.h"
+#include "platform/linux/files/open_jobs.h"
 #include "platform/linux/files/settling.h"
 #include "platform/linux/files/writer_hold.h"
 #include "platform/linux/kernel/descriptor.h"
@@ -26,6 +27,7 @@ struct SeenFiles {
   Settling settling;
   FailedMoves failedMoves;
   LeftOut leftOut;
+  OpenJobs openJobs;
 };
 
 /// One end of a passage: a folder as people know it, as the disk has it (with its ending separator), and open.
@@ -35,26 +37,29 @@ struct PassageEnd {
   Descriptor opened;
 };
 
-/// A file's descriptor, with its lease where the system gives one, serves from the first look to the move.
+/// A file's descriptor, with its lease where the system gives one, serves from the first look to the move, and is kept
+/// for what is done with the file then.
 class LinuxPassage : public Passage {
  public:
   /// Null, with `errno`, when the folder could not be read.
   static std::unique_ptr<Passage> open(PassageEnd from, PassageEnd to, SeenFiles& seen, Trace& trace);
 
   std::optional<std::string> next() override;
-  bool isTaken() override { return movable_.isNameTaken(name().text); }
+  bool isTaken() override { return movable_.isNameTaken(name().capitals); }
   bool move() override;
 
  private:
   struct Name {
-    std::string text;    ///< in code page 1252
-    std::string onDisk;  ///< as the folder has it
+    std::string capitals;  ///< the text in upper case, by which names are compared
+    std::string text;      ///< in code page 1252
+    std::string onDisk;    ///< as the folder has it
+
+    auto operator<=>(const Name&) const = default;
   };
 
   LinuxPassage(PassageEnd from, PassageEnd to, SeenFiles& seen, Trace& trace);
-  static bool comesFirst(const Name& left, const Name& right);
   bool readNames();
-  bool hasName(std::string_view text) const;
+  bool hasName(std::string_view capitals) const;
   bool isRepeated() const;
   int whyNot();
   Hold holdOfFile(const struct stat& status) const;
