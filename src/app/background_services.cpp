@@ -15,6 +15,7 @@
 #include "diary/reader.h"
 #include "platform/files.h"
 #include "platform/instance.h"
+#include "platform/preview_pages.h"
 #include "preview/preview.h"
 #include "text/code_page.h"
 
@@ -55,6 +56,7 @@ std::unique_ptr<platform::System> BackgroundServices::open(const std::string& pr
   platform::SystemOptions options = system_;
   options.alsoTold = nullptr;
   options.printInto = printInto;
+  options.pagesInto = platform::previewPages();
   auto opened = platform::openSystem(options);
   if (const auto* error = std::get_if<platform::SystemError>(&opened)) throw std::runtime_error(error->message);
   return std::move(std::get<std::unique_ptr<platform::System>>(opened));
@@ -106,7 +108,8 @@ void BackgroundServices::addPages(ui::JobLook& look, const DiaryEntry& entry, co
       .mainFolder = mainFolder_, .device = entry.device, .job = copy, .workingAt = *at + "\\lavoro"};
   if (!printPreview(system->host(), request)) return;
   for (const std::string& text : folder.contentsOf(".txt")) look.printed += text;
-  look.pages = folder.contentsOf(".png");
+  for (const char* ending : {".png", ".bmp"})
+    for (std::string& page : folder.contentsOf(ending)) look.pages.push_back(std::move(page));
 }
 
 std::string BackgroundServices::reprint(const std::string& id, ReprintConsent consent) {

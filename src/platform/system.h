@@ -13,6 +13,7 @@
 #include "platform/host.h"
 #include "platform/inspection.h"
 #include "platform/job_notices.h"
+#include "platform/printing/page_maker.h"
 
 namespace tellaxis::platform {
 
@@ -26,6 +27,7 @@ struct SystemOptions {
   bool trace = false;                      ///< print failing steps on standard error
   Trace* alsoTold = nullptr;               ///< who else hears of failing steps
   std::string printInto;  ///< native folder that every printer's documents go into as files; empty: printers print
+  PageMakerOpener pagesInto = nullptr;  ///< draws what goes into `printInto`; null: as the system's folder printers do
 };
 
 /// Owner of all services.

@@ -20,7 +20,7 @@ void forgoSignsOfLife();
 /// What a screen reader says of a control whose label stands beside it: its name, and what it is for.
 void setAccessible(wxWindow& control, const wxString& name, const wxString& help);
 
-/// The picture that the bytes of a PNG file are; not OK where they are none, or where this system draws no pages.
+/// The picture that the bytes of a file are, of the kind that pages are drawn in here; not OK where they are none.
 wxImage pageImage(const std::string& bytes);
 
 /// The system's handles, as the tray's record wants them; 0 where the system has none.

@@ -16,6 +16,8 @@ diary = "diario"
 archive = true
 """
 JOB = "Totale#0#18#5#1#R\r\nCoperto 2,00#0#9#0#0#N\r\n#1\r\n"
+WHITE = (255, 255, 255)
+DESK = (0xC4, 0xC4, 0xC4)  # what the paper lies on
 
 
 class ToolWindows(WineWindow):
@@ -45,6 +47,19 @@ class ToolWindows(WineWindow):
         self.assertEqual(self.printed(), 1)
         self.do("windowfocus", "--sync", self.window("Ristampa"))
         self.until(lambda: self.printed() == 2, "the job printed again", self.do, "key", "alt+r")
+
+    def test_the_diary_shows_the_page_of_a_job_as_it_comes_out_of_the_printer(self):
+        self.desk.drop("preconto.txt", JOB, folder="CortOrbis")
+        wait_for(lambda: self.printed() == 1 and not self.desk.jobs("CortIN"), "the job printed")
+        self.open("i", "Diario")
+        wait_for(self.page_is_shown, "red letters on paper, the paper on its desk", 30)
+        self.assertEqual(self.printed(), 1, "looking at a job prints nothing")
+
+    def page_is_shown(self):
+        """Nothing else in the window has these colours; the letters' edges are paler than the letters."""
+        pixels = self.pixels("Diario")
+        red = sum(1 for red, green, blue in pixels if red > 200 and green < 90 and blue < 90)
+        return red > 40 and pixels.count(DESK) > 2000 and pixels.count(WHITE) > 2000
 
 
 if __name__ == "__main__":

@@ -1,6 +1,7 @@
 """Wine window: the program's window under Wine, on a display of its own, used by keyboard and mouse."""
 
 import os
+import pwd
 import shutil
 import subprocess
 import unittest
@@ -14,11 +15,14 @@ EMPTY_PLACE = ("80", "470")  # in the main window's lower left corner
 
 
 @unittest.skipUnless(
-    all(shutil.which(name) for name in ("Xvfb", "trayer", "xdotool", "xwininfo")), "needs Xvfb, trayer, xdotool and xwininfo"
+    all(shutil.which(name) for name in ("Xvfb", "trayer", "xdotool", "xwininfo", "import")),
+    "needs Xvfb, trayer, xdotool, xwininfo and import",
 )
 class WineWindow(Scenario):
     def setUp(self):
         super().setUp()
+        # A desk's drive has none of its own, and the pages of the diary are drawn in it.
+        (self.desk.drive_c / "users" / pwd.getpwuid(os.getuid()).pw_name / "Temp").mkdir(parents=True, exist_ok=True)
         self.display = open_screen(self)
         self.environment = {**self.desk.environment(), "DISPLAY": self.display}
         self._accompany("trayer", "--edge", "bottom", "--align", "left", "--widthtype", "percent", "--width", "100")
@@ -51,6 +55,12 @@ class WineWindow(Scenario):
             return None
         facts = subprocess.run(["xwininfo", "-id", window], env=self.environment, capture_output=True, text=True, check=False).stdout
         return next((line.split(":")[1].strip() for line in facts.splitlines() if "Map State" in line), None)
+
+    def pixels(self, title):
+        """What the window shows: red, green and blue of each dot."""
+        command = ["import", "-window", self.window(title), "-depth", "8", "rgb:-"]
+        dots = subprocess.run(command, env=self.environment, capture_output=True, check=False).stdout
+        return list(zip(dots[0::3], dots[1::3], dots[2::3]))
 
     def press(self, *keys):
         """Without a window manager only a click in the window, on an empty place, makes sure that Windows too takes it for

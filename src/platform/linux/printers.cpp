@@ -41,12 +41,14 @@ struct BackEndMaker {
     return std::make_unique<EscPosPrinter>(printer.DeviceName, readBitmap, std::move(channel), trace);
   }
   BackEnd operator()(const FolderTarget& target) const {
-    const PageMaker makePage = [name = printer.DeviceName, read = readBitmap, &log = trace](
-                                   const std::string& pdf, const std::string& png) -> std::unique_ptr<DocumentSink> {
+    const auto open = [name = printer.DeviceName, read = readBitmap,
+                       &log = trace](const std::string& base) -> std::unique_ptr<DocumentSink> {
       const PageLibrary* library = pageLibrary(log);
-      return library == nullptr ? nullptr : library->open({pdf, png, mostFolderPages}, name, read, log);
+      return library == nullptr ? nullptr
+                                : library->open({base + ".pdf", base + ".png", mostFolderPages}, name, read, log);
     };
-    return std::make_unique<FolderPrinter>(underMainFolder(target.folder, mainFolder), makePage, trace);
+    return std::make_unique<FolderPrinter>(underMainFolder(target.folder, mainFolder),
+                                           PageMaker{{".pdf", ".png"}, open}, trace);
   }
   BackEnd operator()(const QueueTarget& target) const {
     return openCupsPrinter(server, target.queue, printer.DeviceName, readBitmap, trace);

@@ -2,13 +2,13 @@
 #include "platform/printing/folder_printer.h"
 
 #include <algorithm>
-#include <array>
 #include <atomic>
 #include <charconv>
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -26,9 +26,10 @@ namespace fs = std::filesystem;
 constexpr std::size_t numberDigits = 6;
 constexpr std::size_t writeAt = 64 * 1024;
 
-/// The files of a document in the order in which they get their names.
-enum FileKind { textFile, pdfFile, pngFile, jsonFile, fileKinds };
-constexpr std::array<std::string_view, fileKinds> extensions = {".txt", ".pdf", ".png", ".jsonl"};
+constexpr std::string_view textEnding = ".txt";
+constexpr std::string_view jsonEnding = ".jsonl";
+/// Of all files that a document may have, on any system.
+constexpr std::string_view endings[] = {textEnding, ".pdf", ".png", ".bmp", jsonEnding};
 
 fs::path pathOf(const std::string& utf8) { return {std::u8string(utf8.begin(), utf8.end())}; }
 
@@ -76,7 +77,8 @@ std::uint64_t numberOf(const fs::path& file) {
   const std::string name = utf8Of(file.filename());
   const std::size_t dot = name.find('.');
   if (dot == std::string::npos || dot < numberDigits) return 0;
-  if (std::find(extensions.begin(), extensions.end(), std::string_view(name).substr(dot)) == extensions.end()) return 0;
+  if (std::find(std::begin(endings), std::end(endings), std::string_view(name).substr(dot)) == std::end(endings))
+    return 0;
   std::uint32_t number = 0;
   const auto result = std::from_chars(name.data(), name.data() + dot, number);
   return result.ec == std::errc{} && result.ptr == name.data() + dot ? number : 0;
@@ -103,13 +105,15 @@ std::string temporaryName() {
 
 class FolderDocument final : public DocumentSink {
  public:
-  FolderDocument(const fs::path& folder, const PageMaker& makePage, Trace& trace)
+  FolderDocument(const fs::path& folder, const std::optional<PageMaker>& pages, Trace& trace)
       : folder_(folder),
         temporary_(folder / temporaryName()),
         trace_(trace),
-        json_(temporaryFile(jsonFile)),
-        text_(temporaryFile(textFile)) {
-    if (makePage) page_ = makePage(utf8Of(temporaryFile(pdfFile)), utf8Of(temporaryFile(pngFile)));
+        json_(temporaryFile(jsonEnding)),
+        text_(temporaryFile(textEnding)) {
+    if (!pages) return;
+    pageEndings_ = pages->endings;
+    page_ = pages->open(utf8Of(temporary_));
   }
 
   ~FolderDocument() override {
@@ -117,7 +121,7 @@ class FolderDocument final : public DocumentSink {
     json_.close();
     text_.close();
     std::error_code ignored;
-    for (int kind = 0; kind < fileKinds; ++kind) fs::remove(temporaryFile(static_cast<FileKind>(kind)), ignored);
+    for (const std::string_view ending : allEndings()) fs::remove(temporaryFile(ending), ignored);
   }
 
   FolderDocument(const FolderDocument&) = delete;
@@ -138,17 +142,18 @@ class FolderDocument final : public DocumentSink {
   }
 
   bool finish() override {
-    hasPage_ = page_ && page_->finish();
+    const bool hasPage = page_ && page_->finish();
     page_.reset();
+    if (!hasPage) removePage();
     if (!json_.close() || !text_.close()) return fail("EndDoc", "scrittura non riuscita");
     std::error_code error;
     const std::string number = numbered(nextNumber(folder_, error));
     std::vector<fs::path> named;
-    for (int kind = 0; kind < fileKinds && !error; ++kind) {
-      if ((kind == pdfFile || kind == pngFile) && !hasPage_) continue;
-      const fs::path file = folder_ / (number + std::string(extensions.at(kind)));
-      fs::rename(temporaryFile(static_cast<FileKind>(kind)), file, error);
-      if (!error) named.push_back(file);
+    for (const std::string_view ending : allEndings()) {
+      const fs::path file = folder_ / (number + std::string(ending));
+      fs::rename(temporaryFile(ending), file, error);
+      if (error) break;
+      named.push_back(file);
     }
     if (!error) return true;
     std::error_code ignored;
@@ -162,9 +167,22 @@ class FolderDocument final : public DocumentSink {
   }
 
  private:
-  fs::path temporaryFile(FileKind kind) const {
+  fs::path temporaryFile(std::string_view ending) const {
     fs::path path = temporary_;
-    return path += extensions.at(kind);
+    return path += ending;
+  }
+
+  /// The document's files in the order in which they get their names.
+  std::vector<std::string_view> allEndings() const {
+    std::vector<std::string_view> all = pageEndings_;
+    all.insert(all.begin(), textEnding);
+    all.push_back(jsonEnding);
+    return all;
+  }
+
+  void removePage() {
+    std::error_code ignored;
+    for (const std::string_view ending : std::exchange(pageEndings_, {})) fs::remove(temporaryFile(ending), ignored);
   }
 
   fs::path folder_;
@@ -172,20 +190,20 @@ class FolderDocument final : public DocumentSink {
   Trace& trace_;
   GrowingFile json_;
   GrowingFile text_;
+  std::vector<std::string_view> pageEndings_;  ///< none where no page is drawn
   std::unique_ptr<DocumentSink> page_;
-  bool hasPage_ = false;
 };
 
 }  // namespace
 
-FolderPrinter::FolderPrinter(std::string folder, PageMaker makePage, Trace& trace)
-    : folder_(std::move(folder)), makePage_(std::move(makePage)), trace_(trace) {}
+FolderPrinter::FolderPrinter(std::string folder, std::optional<PageMaker> pages, Trace& trace)
+    : folder_(std::move(folder)), pages_(std::move(pages)), trace_(trace) {}
 
 std::unique_ptr<DocumentSink> FolderPrinter::open() {
   std::error_code error;
   const fs::path folder = pathOf(folder_);
   fs::create_directories(folder, error);
-  auto document = std::make_unique<FolderDocument>(folder, makePage_, trace_);
+  auto document = std::make_unique<FolderDocument>(folder, pages_, trace_);
   if (document->good()) return document;
   document->fail("Print", "la cartella non si può scrivere");
   return nullptr;

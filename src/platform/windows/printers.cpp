@@ -20,16 +20,21 @@ namespace {
 struct BackEndMaker {
   const InstalledPrinter& printer;
   const std::string& mainFolder;
+  PageMakerOpener openPages;
   Trace& trace;
 
   using BackEnd = std::unique_ptr<PrinterBackEnd>;
 
+  BitmapReader bitmapReader() const {
+    return [&log = trace](std::string_view file) { return readPixels(file, log); };
+  }
   BackEnd escPos(std::unique_ptr<ByteChannel> channel) const {
-    const BitmapReader readBitmap = [&log = trace](std::string_view file) { return readPixels(file, log); };
-    return std::make_unique<EscPosPrinter>(printer.DeviceName, readBitmap, std::move(channel), trace);
+    return std::make_unique<EscPosPrinter>(printer.DeviceName, bitmapReader(), std::move(channel), trace);
   }
   BackEnd operator()(const FolderTarget& target) const {
-    return std::make_unique<FolderPrinter>(underMainFolder(target.folder, mainFolder), nullptr, trace);
+    std::optional<PageMaker> pages;
+    if (openPages != nullptr) pages = openPages(printer.DeviceName, bitmapReader(), trace);
+    return std::make_unique<FolderPrinter>(underMainFolder(target.folder, mainFolder), std::move(pages), trace);
   }
   BackEnd operator()(const EscPosDeviceTarget& target) const {
     const std::string path = isPortName(target.device) ? target.device : underMainFolder(target.device, mainFolder);
@@ -46,10 +51,10 @@ struct BackEndMaker {
 
 std::variant<std::unique_ptr<PrinterObject>, DevicesFileError> openPrinters(const DevicesFile& devices,
                                                                             const std::string& mainFolder,
-                                                                            Trace& trace) {
+                                                                            PageMakerOpener openPages, Trace& trace) {
   std::vector<ListedPrinter> listed;
   for (const PrinterDefinition& definition : devices.printers) {
-    auto backEnd = std::visit(BackEndMaker{definition.printer, mainFolder, trace}, definition.target);
+    auto backEnd = std::visit(BackEndMaker{definition.printer, mainFolder, openPages, trace}, definition.target);
     if (!backEnd) return devicesFileError(definition.place, "le code CUPS non esistono su Windows");
     listed.push_back({definition.printer, std::move(backEnd)});
   }

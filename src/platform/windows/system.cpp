@@ -95,13 +95,13 @@ std::variant<std::unique_ptr<System>, SystemError> openSystem(const SystemOption
     trace->failed("tabella dei caratteri", std::to_string(codePage), otherCodePage);
     writeStandardError("Tellaxis: tabella dei caratteri " + std::to_string(codePage) + ": " + otherCodePage);
   }
-  auto printer = openPrinters(std::get<DevicesFile>(devices), options.mainFolder, *trace);
+  auto printer = openPrinters(std::get<DevicesFile>(devices), options.mainFolder, nullptr, *trace);
   if (const auto* error = std::get_if<DevicesFileError>(&printer)) return SystemError{error->message};
   if (!options.printInto.empty()) {
     const auto printers = std::get<std::unique_ptr<PrinterObject>>(printer)->Printers();
     const DevicesFile intoFolder = printingInto(std::get<DevicesFile>(devices),
                                                 printers.value_or(std::vector<InstalledPrinter>()), options.printInto);
-    printer = openPrinters(intoFolder, options.mainFolder, *trace);
+    printer = openPrinters(intoFolder, options.mainFolder, options.pagesInto, *trace);
   }
   return std::make_unique<WindowsSystem>(std::move(trace), std::move(*locale),
                                          std::move(std::get<std::unique_ptr<PrinterObject>>(printer)),

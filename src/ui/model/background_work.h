@@ -14,9 +14,10 @@ namespace tellaxis::ui {
 
 /// A job of the diary as it can be shown.
 struct JobLook {
-  std::string text;                ///< of its file, in code page 1252; empty where the diary kept none
-  std::string printed;             ///< what a printer prints of it, UTF-8; empty where no printer does
-  std::vector<std::string> pages;  ///< the pages as they would look: the bytes of a PNG file each
+  std::string text;     ///< of its file, in code page 1252; empty where the diary kept none
+  std::string printed;  ///< what a printer prints of it, UTF-8; empty where no printer does
+  std::vector<std::string>
+      pages;  ///< the pages as they would look: the bytes of a picture file each, of the kind that the system draws
 };
 
 /// Every operation is called on a thread of its own, beside the bridge, and shares nothing with it but the disk. Any of

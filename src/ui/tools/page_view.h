@@ -12,7 +12,7 @@ class PageView : public wxScrolledWindow {
  public:
   explicit PageView(wxWindow* parent);
 
-  /// Shows the pages, each the bytes of a PNG file, as wide as there is room; one that cannot be read is left out.
+  /// Shows the pages, each the bytes of a picture file, as wide as there is room; one that cannot be read is left out.
   /// False where none can be shown.
   bool show(const std::vector<std::string>& pages);
 };

@@ -1,6 +1,9 @@
 // Native: Windows' side.
 #include "ui/native.h"
 
+#include <wx/log.h>
+#include <wx/mstream.h>
+
 namespace tellaxis::ui {
 
 /// Said for the whole program when it starts.
@@ -11,8 +14,12 @@ bool displayIsThere() { return true; }
 /// A label that comes right before its control is taken as the name; the layout makes them in this order.
 void setAccessible(wxWindow& /*control*/, const wxString& /*name*/, const wxString& /*help*/) {}
 
-/// Printers draw with their own fonts here, and folder printers write no picture.
-wxImage pageImage(const std::string& /*bytes*/) { return {}; }
+/// The toolkit as it is built here reads BMP alone.
+wxImage pageImage(const std::string& bytes) {
+  const wxLogNull quiet;
+  wxMemoryInputStream stream(bytes.data(), bytes.size());
+  return wxImage(stream, wxBITMAP_TYPE_BMP);
+}
 
 std::uintptr_t windowHandle(const wxWindow& window) { return reinterpret_cast<std::uintptr_t>(window.GetHandle()); }
 

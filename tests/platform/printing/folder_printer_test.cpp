@@ -21,8 +21,8 @@ using testing::IsEmpty;
 PrintStatement line(std::string text) { return {.text = std::move(text)}; }
 
 struct FolderPrinterTest : testing::Test {
-  bool print(const std::vector<Operation>& operations, PageMaker makePage = nullptr) {
-    FolderPrinter printer(folder / "", std::move(makePage), trace);
+  bool print(const std::vector<Operation>& operations, std::optional<PageMaker> pages = std::nullopt) {
+    FolderPrinter printer(folder / "", std::move(pages), trace);
     const auto document = printer.open();
     if (!document) return false;
     for (const Operation& operation : operations)
@@ -88,7 +88,7 @@ TEST_F(FolderPrinterTest, GoesOnPastSixDigits) {
 }
 
 TEST_F(FolderPrinterTest, ShowsNothingUnderItsNumberBeforeTheEnd) {
-  FolderPrinter printer(folder / "", nullptr, trace);
+  FolderPrinter printer(folder / "", std::nullopt, trace);
   const auto document = printer.open();
   document->add(line("x"));
   for (const std::string& name : folder.names()) EXPECT_EQ(name.front(), '.') << name;
@@ -97,12 +97,12 @@ TEST_F(FolderPrinterTest, ShowsNothingUnderItsNumberBeforeTheEnd) {
 }
 
 TEST_F(FolderPrinterTest, ADocumentThatIsNotFinishedLeavesNothing) {
-  FolderPrinter(folder / "", nullptr, trace).open()->add(line("x"));
+  FolderPrinter(folder / "", std::nullopt, trace).open()->add(line("x"));
   EXPECT_THAT(folder.names(), IsEmpty());
 }
 
 TEST_F(FolderPrinterTest, CreatesItsFolderAndThoseAboveIt) {
-  FolderPrinter printer(folder / "spool/più/l90", nullptr, trace);
+  FolderPrinter printer(folder / "spool/più/l90", std::nullopt, trace);
   const auto document = printer.open();
   ASSERT_TRUE(document);
   document->add(line("x"));
@@ -111,13 +111,13 @@ TEST_F(FolderPrinterTest, CreatesItsFolderAndThoseAboveIt) {
 }
 
 TEST_F(FolderPrinterTest, AFileInPlaceOfTheFolderIsAFailedStep) {
-  FolderPrinter printer(folder.write("file", "") + "/spool", nullptr, trace);
+  FolderPrinter printer(folder.write("file", "") + "/spool", std::nullopt, trace);
   EXPECT_EQ(printer.open(), nullptr);
   EXPECT_EQ(trace.lines.size(), 1U);
 }
 
 TEST_F(FolderPrinterTest, AFolderThatVanishedIsAFailedStep) {
-  FolderPrinter printer(folder / "spool", nullptr, trace);
+  FolderPrinter printer(folder / "spool", std::nullopt, trace);
   const auto document = printer.open();
   document->add(line("x"));
   std::error_code kept;
@@ -128,8 +128,8 @@ TEST_F(FolderPrinterTest, AFolderThatVanishedIsAFailedStep) {
 }
 
 TEST_F(FolderPrinterTest, TwoDocumentsMayBeOpenInOneFolder) {
-  FolderPrinter one(folder / "", nullptr, trace);
-  FolderPrinter two(folder / "", nullptr, trace);
+  FolderPrinter one(folder / "", std::nullopt, trace);
+  FolderPrinter two(folder / "", std::nullopt, trace);
   const auto first = one.open();
   const auto second = two.open();
   first->add(line("1"));
@@ -143,7 +143,7 @@ TEST_F(FolderPrinterTest, TwoDocumentsMayBeOpenInOneFolder) {
 /// Stands for the drawing of pages: writes both files when it is finished.
 class FakePage final : public DocumentSink {
  public:
-  FakePage(std::string pdf, std::string png, bool works) : pdf_(std::move(pdf)), png_(std::move(png)), works_(works) {}
+  FakePage(const std::string& base, bool works) : pdf_(base + ".pdf"), png_(base + ".png"), works_(works) {}
   bool add(const Operation&) override { return true; }
   bool finish() override {
     std::ofstream(pdf_) << "pdf";
@@ -157,18 +157,18 @@ class FakePage final : public DocumentSink {
   bool works_;
 };
 
+PageMaker fakePages(bool works) {
+  return {{".pdf", ".png"}, [works](const std::string& base) { return std::make_unique<FakePage>(base, works); }};
+}
+
 TEST_F(FolderPrinterTest, PagesStandBesideTheText) {
-  EXPECT_TRUE(print({line("x")}, [](const std::string& pdf, const std::string& png) {
-    return std::make_unique<FakePage>(pdf, png, true);
-  }));
+  EXPECT_TRUE(print({line("x")}, fakePages(true)));
   EXPECT_THAT(folder.names(), ElementsAre("000001.jsonl", "000001.pdf", "000001.png", "000001.txt"));
 }
 
 TEST_F(FolderPrinterTest, APageThatCannotBeDrawnIsMissingAndTheRestIsThere) {
-  EXPECT_TRUE(print({line("x")}, [](const std::string& pdf, const std::string& png) {
-    return std::make_unique<FakePage>(pdf, png, false);
-  }));
-  EXPECT_TRUE(print({line("y")}, [](const std::string&, const std::string&) { return nullptr; }));
+  EXPECT_TRUE(print({line("x")}, fakePages(false)));
+  EXPECT_TRUE(print({line("y")}, PageMaker{{".png"}, [](const std::string&) { return nullptr; }}));
   EXPECT_THAT(folder.names(), ElementsAre("000001.jsonl", "000001.txt", "000002.jsonl", "000002.txt"));
 }
 

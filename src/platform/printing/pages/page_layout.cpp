@@ -118,7 +118,8 @@ void PageLayout::print(const PrintStatement& statement) {
 
 /// Puts one line down, on a roll as many pieces as it needs.
 void PageLayout::textLine(std::string_view line, const Style& style, Color color) {
-  const LetterMeasures& letters = typefaces_.measures(style.face);
+  // A copy: a page that is full is drawn meanwhile, and its typefaces may take the place of this one.
+  const LetterMeasures letters = typefaces_.measures(style.face);
   const double size = style.height / letters.height();
   const double room = paper_.printingWidth * dotsPerMillimetre - x_ + 0.5;
   line = line.substr(0, line.find_last_not_of(' ') + 1);

@@ -19,6 +19,18 @@ class EvenTypefaces final : public TypefaceMeasures {
   LetterMeasures measures_{.ascent = 0.85, .descent = 0.25};
 };
 
+/// Knows one typeface at a time, as a system may that keeps few: a bold one is twice as wide.
+class ForgetfulTypefaces final : public TypefaceMeasures {
+ public:
+  const LetterMeasures& measures(const Typeface& typeface) override {
+    measures_.advances.fill(typeface.bold ? 1.2 : 0.6);
+    return measures_;
+  }
+
+ private:
+  LetterMeasures measures_{.ascent = 0.85, .descent = 0.25};
+};
+
 PrintStatement text(std::string line, std::string font = "FontA11", double size = 9) {
   return {std::move(line), std::move(font), size, false, {}};
 }
@@ -154,6 +166,20 @@ TEST(PageLayout, AFontOfTheComputerIsAsWideAndAsHighAsItsMeasures) {
   EXPECT_THAT(lines[0].text, SizeIs(34)) << "letters of 16.9 dots on 576";
   EXPECT_DOUBLE_EQ(lines[0].height, 10 * point * 1.1);
   EXPECT_EQ(lines[0].cellWidth, 0);
+}
+
+TEST(PageLayout, TheTypefacesOfAPageThatIsDrawnMeanwhileChangeNothing) {
+  ForgetfulTypefaces typefaces;
+  std::vector<Page> pages;
+  PageLayout layout(paperOf("X"), typefaces, nullptr, [&](Page page) {
+    pages.push_back(std::move(page));
+    typefaces.measures({"Arial", true});
+  });
+  layout.add(text(std::string(34 * 1500, 'a'), "Arial", 10));
+  layout.finish();
+  ASSERT_THAT(pages, SizeIs(testing::Gt(1U)));
+  for (const Page& page : pages)
+    for (const PlacedText& line : textsOf(page)) ASSERT_THAT(line.text, SizeIs(34));
 }
 
 TEST(PageLayout, TheBarsOfACodeStandSideBySideInTheMiddleOfThePaper) {
