@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/linux/printers.h"
@@ -76,7 +77,7 @@ void receiptAsJsonLines(benchmark::State& state) {
   NoTrace trace;
   std::vector<ListedPrinter> listed;
   listed.push_back(
-      {{"SAMSUNG SRP-500", "COM3:"}, std::make_unique<FolderPrinter>(folder.path() + "/spool", nullptr, trace)});
+      {{"SAMSUNG SRP-500", "COM3:"}, std::make_unique<FolderPrinter>(folder.path() + "/spool", std::nullopt, trace)});
   StreamingPrinter printer(
       std::move(listed), nullptr, [](std::string_view) { return std::nullopt; }, trace);
   run(state, printer, folder);
