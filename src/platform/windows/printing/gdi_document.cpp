@@ -10,6 +10,7 @@
 
 #include "platform/windows/kernel/native.h"
 #include "platform/windows/printing/device_face.h"
+#include "platform/windows/printing/gdi_objects.h"
 #include "platform/windows/printing/installed_printers.h"
 #include "platform/windows/printing/pictures.h"
 #include "platform/windows/printing/printer_ports.h"
@@ -20,16 +21,6 @@ namespace {
 
 constexpr double unitsPerInch = 1440;
 constexpr double pointsPerInch = 72;
-
-struct ContextCloser {
-  void operator()(HDC context) const { DeleteDC(context); }
-};
-using DeviceContext = std::unique_ptr<std::remove_pointer_t<HDC>, ContextCloser>;
-
-struct FontCloser {
-  void operator()(HFONT font) const { DeleteObject(font); }
-};
-using Font = std::unique_ptr<std::remove_pointer_t<HFONT>, FontCloser>;
 
 Face lookUp(HDC context, const std::wstring& name) {
   Face face;
@@ -141,7 +132,7 @@ class GdiDocument : public DocumentSink {
     SetTextColor(context_.get(), RGB(statement.color.red, statement.color.green, statement.color.blue));
     const FontKey key{statement.font, statement.size, statement.bold};
     if (selected_ == key) return true;
-    Font& font = fonts_[key];
+    FontHandle& font = fonts_[key];
     if (!font) {
       const LOGFONTW description = describe(statement);
       font.reset(CreateFontIndirectW(&description));
@@ -169,7 +160,7 @@ class GdiDocument : public DocumentSink {
 
   std::string name_;
   Trace& trace_;
-  std::map<FontKey, Font> fonts_;  ///< of this document; they outlive the context that they are selected into
+  std::map<FontKey, FontHandle> fonts_;  ///< of this document; they outlive the context that they are selected into
   DeviceContext context_;
   bool started_ = false;
   bool onPage_ = false;

@@ -1,25 +1,16 @@
 // Pictures of Windows: LoadImage and StretchDIBits.
 #include "platform/windows/printing/pictures.h"
 
-#include <memory>
 #include <vector>
 
 #include "platform/windows/kernel/native.h"
+#include "platform/windows/printing/gdi_objects.h"
 
 namespace tellaxis::platform {
 
 namespace {
 
 constexpr int pixelsPerInch = 96;
-
-struct BitmapCloser {
-  void operator()(HBITMAP bitmap) const { DeleteObject(bitmap); }
-};
-using BitmapHandle = std::unique_ptr<std::remove_pointer_t<HBITMAP>, BitmapCloser>;
-
-struct ScreenCloser {
-  void operator()(HDC context) const { DeleteDC(context); }
-};
 
 BitmapHandle load(std::string_view file) {
   return BitmapHandle(static_cast<HBITMAP>(
@@ -49,7 +40,7 @@ std::optional<Pixels> pixelsOf(std::string_view file) {
   pixels.format.bmiHeader.biBitCount = 24;
   pixels.format.bmiHeader.biCompression = BI_RGB;
   pixels.bytes.resize(pixels.lineSize() * static_cast<std::size_t>(information.bmHeight));
-  const std::unique_ptr<std::remove_pointer_t<HDC>, ScreenCloser> memory(CreateCompatibleDC(nullptr));
+  const DeviceContext memory(CreateCompatibleDC(nullptr));
   if (GetDIBits(memory.get(), bitmap.get(), 0, static_cast<UINT>(information.bmHeight), pixels.bytes.data(),
                 &pixels.format, DIB_RGB_COLORS) == 0)
     return std::nullopt;

@@ -209,7 +209,7 @@ TEST(GdiTypefaces, LettersOfOneWidthHaveItWhicheverFontsThereAre) {
 
 TEST(GdiTypefaces, MeasuresAreThoseOfTheFontThatIsSelected) {
   GdiTypefaces typefaces;
-  const MemoryContext context(CreateCompatibleDC(nullptr));
+  const DeviceContext context(CreateCompatibleDC(nullptr));
   for (const char* family : {"Arial", "Courier New", "Tahoma", "Sconosciuto"}) {
     const Typeface typeface{family};
     const LetterMeasures measures = typefaces.measures(typeface);

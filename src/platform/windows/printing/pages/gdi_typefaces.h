@@ -6,7 +6,7 @@
 #include <tuple>
 
 #include "platform/printing/pages/typefaces.h"
-#include "platform/windows/printing/pages/gdi_objects.h"
+#include "platform/windows/printing/gdi_objects.h"
 
 namespace tellaxis::platform {
 
@@ -37,7 +37,7 @@ class GdiTypefaces final : public TypefaceMeasures {
   const Known& known(const Typeface& typeface);
   Known load(const Typeface& typeface);
 
-  MemoryContext context_{CreateCompatibleDC(nullptr)};
+  DeviceContext context_{CreateCompatibleDC(nullptr)};
   std::map<Typeface, Known> known_;
   std::map<std::pair<Typeface, LetterSize>, FontHandle> fonts_;
 };

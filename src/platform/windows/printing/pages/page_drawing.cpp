@@ -76,7 +76,7 @@ class Strip {
   int width_;
   void* bytes_ = nullptr;
   BitmapHandle bitmap_;
-  MemoryContext context_;  ///< goes before the bitmap that is selected into it
+  DeviceContext context_;  ///< goes before the bitmap that is selected into it
   HGDIOBJ before_ = nullptr;
 };
 

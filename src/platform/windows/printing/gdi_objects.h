@@ -15,7 +15,7 @@ struct ObjectDeleter {
   void operator()(HGDIOBJ object) const { DeleteObject(object); }
 };
 
-using MemoryContext = std::unique_ptr<std::remove_pointer_t<HDC>, ContextDeleter>;
+using DeviceContext = std::unique_ptr<std::remove_pointer_t<HDC>, ContextDeleter>;
 using BitmapHandle = std::unique_ptr<std::remove_pointer_t<HBITMAP>, ObjectDeleter>;
 using FontHandle = std::unique_ptr<std::remove_pointer_t<HFONT>, ObjectDeleter>;
 
