@@ -35,8 +35,7 @@ constexpr Row misuratoreFiscale[] = {
       {.control = &F::MF_chkLog,
        .label = "Registra nel log",
        .help = "Scrive in c:\\Tellaxis\\MF.log gli scontrini senza risposta e, con CASIO/DITRON, ogni passaggio al "
-               "driver. Si "
-               "cambia solo nel file delle impostazioni (MF_ChkLog)"}}},
+               "driver. Si cambia solo nel file delle impostazioni (MF_ChkLog)"}}},
     {{{.control = &F::MF_Type,
        .label = "Modello",
        .help = "Modello del misuratore fiscale, con il codice di Orbis51"}}},

@@ -186,6 +186,15 @@ class Form(WindowScenario):
             inner = item.getRoleName() == "text" and item.parent.getRoleName() == "combo box"
             self.assertTrue(item.description or (inner and item.parent.description), f"no help: {item.name}")
 
+    def test_what_the_help_says_is_what_the_program_does(self):
+        helps = {item.name: item.description for item in self.controls()}
+        pause = next(text for text in helps.values() if "(Display_Delay)" in text)
+        self.assertIn("Pausa dopo ogni messaggio", pause)
+        self.assertNotIn("righe", pause)
+        log = next(text for text in helps.values() if "(MF_ChkLog)" in text)
+        self.assertIn("gli scontrini senza risposta", log)
+        self.assertIn("con CASIO/DITRON, ogni passaggio al driver", log)
+
     def test_it_fits_the_screen(self):
         box = self.window.main().queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
         self.assertGreaterEqual((box.x, box.y), (0, 0))
