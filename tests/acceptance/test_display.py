@@ -101,6 +101,22 @@ class Families(DisplayScenario):
         self.assertGreater(time.monotonic() - start, 2 * 0.4)
 
 
+class Writers(DisplayScenario):
+    @unittest.skipIf(ON_WINDOWS, "Wine does not see what native programs hold")
+    def test_a_text_still_being_written_is_not_shown_until_closed(self):
+        self.configure("ASEM")
+        self.desk.start()
+        with open(self.job, "wb", buffering=0) as writer:
+            writer.write(b"Caff")
+            some_ticks(8)
+            self.assertTrue(self.job.exists())
+            self.assertFalse(self.line.received)
+            writer.write(b"\xe8 1,20")
+        expected = b"\x1bQACaff\xe8 1,20\r"
+        self.assertEqual(self.line.wait_for(expected), expected)
+        wait_for(lambda: not self.job.exists(), "the job taken")
+
+
 class Devices(DisplayScenario):
     def test_a_device_that_goes_away_and_comes_back_shows_the_next_job(self):
         for family, prefix, end in (("ASEM", b"\x1bQA", b"\r"), ("WINCOR-NIXDORF", b"\x1b[1;1H", b"")):

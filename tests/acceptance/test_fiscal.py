@@ -4,7 +4,7 @@ import time
 import unittest
 
 import fiscal_driver
-from harness import Scenario, wait_for
+from harness import ON_WINDOWS, Scenario, wait_for
 
 
 class ProgramDrivers(Scenario):
@@ -187,6 +187,22 @@ class FpMateDriver(Scenario):
         wait_for(self.target.exists, "the receipt in the folder")
         wait_for(lambda: not self.desk.c("MF\\in.txt").exists(), "the input file gone")
         self.assertEqual(self.target.read_text(), "<xml/>")
+
+    @unittest.skipIf(ON_WINDOWS, "Wine does not see what native programs hold")
+    def test_an_input_file_still_being_written_stays_and_goes_whole_with_the_next_job(self):
+        fiscal_driver.configure(self.desk, "FPMate - 29")
+        self.desk.start()
+        receipt = self.desk.c("MF\\in.txt")
+        with open(receipt, "wb", buffering=0) as writer:
+            writer.write(b"<xml>")
+            self.desk.drop("segnale.txt")
+            wait_for(lambda: not self.desk.jobs() and not self.desk.jobs("IN"), "the job done")
+            self.assertTrue(receipt.exists())
+            self.assertFalse(self.target.exists())
+            writer.write(b"</xml>")
+        self.desk.drop("segnale.txt")
+        wait_for(lambda: not receipt.exists(), "the input file gone")
+        self.assertEqual(self.target.read_bytes(), b"<xml></xml>")
 
     def test_without_an_input_file_nothing_else_happens(self):
         fiscal_driver.configure(self.desk, "FPMate - 29")

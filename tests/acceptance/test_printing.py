@@ -117,6 +117,23 @@ class Printing(Scenario):
         self.assertEqual(self.texts(), ["tre"])
         wait_for(lambda: not slip.exists(), "the slip's file is deleted")
 
+    @unittest.skipIf(ON_WINDOWS, "Wine does not see what native programs hold")
+    def test_a_slip_still_being_written_is_not_printed_until_closed(self):
+        self.printer("EPSON TM-U295 Slip", "LPT1:", "folder:spool")
+        self.slip("EPSON TM-U295 Slip")
+        self.desk.start()
+        slip = self.desk.c("MERIDIA") / "Ricevuta.txt"
+        with open(slip, "wb", buffering=0) as writer:
+            writer.write(b"RR uno\r\n")
+            some_ticks(8)
+            self.assertTrue(slip.exists())
+            self.assertFalse((self.desk.main / "spool").exists())
+            writer.write(b"RR due\r\n")
+        self.assertEqual(self.texts(), ["uno", "due"])
+        wait_for(lambda: not slip.exists(), "the slip's file is deleted")
+        some_ticks()
+        self.assertEqual(len(list((self.desk.main / "spool").glob("*.jsonl"))), 1)
+
     def test_a_slip_printer_out_of_reach_for_a_moment_prints_once_it_is_back(self):
         spool = self.desk.main / "spool"
         spool.write_text("in the folder's place")
