@@ -52,7 +52,7 @@ class ToolWindows(WineWindow):
         self.desk.drop("preconto.txt", JOB, folder="CortOrbis")
         wait_for(lambda: self.printed() == 1 and not self.desk.jobs("CortIN"), "the job printed")
         self.open("i", "Diario")
-        wait_for(self.page_is_shown, "red letters on paper, the paper on its desk", 30)
+        wait_for(self.page_is_shown, "red letters on paper, the paper on its desk", 60)
         self.assertEqual(self.printed(), 1, "looking at a job prints nothing")
 
     def page_is_shown(self):
