@@ -24,7 +24,9 @@ std::optional<char> byteOf(char32_t character) {
 }
 
 bool isAscii(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<std::uint8_t>(c) < 0x80; });
+  unsigned bits = 0;
+  for (const char c : text) bits |= static_cast<std::uint8_t>(c);
+  return bits < 0x80;
 }
 
 /// One character taken from the front of UTF-8 text; a length of 0 where it is none.

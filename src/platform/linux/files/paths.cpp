@@ -21,7 +21,7 @@ bool isLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 
 std::string withSlashes(std::string_view text) {
   std::string native = utf8FromCodePage(text);
-  std::replace(native.begin(), native.end(), '\\', '/');
+  for (char& letter : native) letter = letter == '\\' ? '/' : letter;
   return native;
 }
 
