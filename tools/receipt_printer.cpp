@@ -149,10 +149,11 @@ class ReceiptPrinter {
       if (listener_ < 0) listen();
       return;
     }
+    // Who sees that his connection is broken must not find this port still open.
+    closeAndForget(listener_);
     const linger atOnce = {.l_onoff = 1, .l_linger = 0};
     if (connection_ >= 0) ::setsockopt(connection_, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
     closeAndForget(connection_);
-    closeAndForget(listener_);
   }
 
   std::uint16_t port_;
