@@ -3,9 +3,10 @@
 import threading
 import time
 import unittest
+from pathlib import Path
 
 import fiscal_driver
-from harness import Scenario, wait_for
+from harness import ON_WINDOWS, Scenario, wait_for
 
 SLOW = 5.0  # seconds between two ticks: what comes sooner was not brought by a tick
 
@@ -83,6 +84,35 @@ class Prompt(Scenario):
         self.desk.drop("scontrino.txt", "uno")
         wait_for(lambda: len(fiscal_driver.receipts(self.desk)) == 1 and not self.desk.jobs("IN"), "the job done")
         self.assertLess(time.monotonic() - begun, 5, "MF_Ritardo is 10 s")
+
+
+def wake_ups(pid):
+    """How often the threads of a process have gone to sleep so far."""
+    counted = 0
+    for status in Path(f"/proc/{pid}/task").glob("*/status"):
+        counted += int(status.read_text().split("voluntary_ctxt_switches:", 1)[1].split()[0])
+    return counted
+
+
+@unittest.skipIf(ON_WINDOWS, "the count is that of Linux")
+class AtRest(Scenario):
+    def woken(self, devices_file):
+        (self.desk.main / "devices.toml").write_text(devices_file)
+        program = self.desk.start(polling=0.05)
+        time.sleep(1)
+        before = wake_ups(program.process.pid)
+        time.sleep(5)
+        woken = wake_ups(program.process.pid) - before
+        program.stop()
+        return woken
+
+    def test_an_idle_bridge_wakes_up_no_more_often_than_without(self):
+        fiscal_driver.configure(self.desk, "CASIO/DITRON - 24", delay=0)
+        self.desk.settings(Display_Active=-1, Display_File="C:\\d.txt", RF_Active=-1, RF_File="C:\\r.txt", CORT_Active=-1)
+        without = self.woken("")
+        self.assertGreater(without, 20, "a tick wakes it up")
+        # A busy machine leaves out a tick here and there.
+        self.assertLess(self.woken("[bridge]\nprompt = true\n"), 1.2 * without)
 
 
 if __name__ == "__main__":
