@@ -19,6 +19,7 @@ tempfile.tempdir = "/dev/shm"
 
 import fiscal_driver  # noqa: E402  (the harness reads the environment)
 from harness import Desk  # noqa: E402
+from process_figures import processor_time  # noqa: E402
 
 JOBS = (10, 100, 1_000, 10_000, 100_000)
 SIZES = (1 << 10, 1 << 15, 1 << 20, 1 << 25, 1 << 30)
@@ -82,11 +83,11 @@ def time_of_settings(size):
         line = "Commento di un altro programma=" + "x" * 60 + "\r\n"
         with open(made.settings_file, "ab") as settings:
             settings.write(b"[Altro]\r\n" + line.encode() * (size // len(line)))
-        usage = Path(f"/proc/{made.programs[0].process.pid}/schedstat")
+        pid = made.programs[0].process.pid
         time.sleep(0.3)
-        before = int(usage.read_text().split()[0])
+        before = processor_time(pid)
         time.sleep(2)
-        return (int(usage.read_text().split()[0]) - before) / 1e9 / (2 / INTERVAL)
+        return (processor_time(pid) - before) / (2 / INTERVAL)
     finally:
         made.close()
 

@@ -13,28 +13,10 @@ os.environ.setdefault("TELLAXIS_TOOLS", str(build / "tools"))
 tempfile.tempdir = "/dev/shm"
 
 from harness import Desk  # noqa: E402  (the harness reads the environment)
+from process_figures import memory, processor_time, wake_ups  # noqa: E402
 
 SECONDS = 50  # three files and the first one
 ROUNDS = 3
-
-
-def private_memory(pid):
-    """In KB."""
-    figures = {}
-    for line in Path(f"/proc/{pid}/smaps_rollup").read_text().splitlines()[1:]:
-        name, value = line.split(":")
-        figures[name] = int(value.split()[0])
-    return figures["Private_Clean"] + figures["Private_Dirty"]
-
-
-def processor_time(pid):
-    """In milliseconds, by the scheduler's own count."""
-    return int(Path(f"/proc/{pid}/schedstat").read_text().split()[0]) / 1e6
-
-
-def wake_ups(pid):
-    words = dict(line.split(":", 1) for line in Path(f"/proc/{pid}/status").read_text().splitlines())
-    return int(words["voluntary_ctxt_switches"])
 
 
 def at_rest(metrics):
@@ -49,7 +31,7 @@ def at_rest(metrics):
         time.sleep(1)
         before, woken = processor_time(pid), wake_ups(pid)
         time.sleep(SECONDS)
-        figures = private_memory(pid), processor_time(pid) - before, wake_ups(pid) - woken
+        figures = memory(pid)[1], 1e3 * (processor_time(pid) - before), wake_ups(pid) - woken
         program.stop()
         return figures
     finally:

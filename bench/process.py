@@ -14,17 +14,9 @@ os.environ.setdefault("TELLAXIS_TOOLS", str(build / "tools"))
 tempfile.tempdir = "/dev/shm"
 
 from harness import Desk  # noqa: E402  (the harness reads the environment)
+from process_figures import memory  # noqa: E402
 
 STARTS = 30
-
-
-def memory(pid):
-    """Resident and private memory in KB."""
-    figures = {}
-    for line in Path(f"/proc/{pid}/smaps_rollup").read_text().splitlines()[1:]:
-        name, value = line.split(":")
-        figures[name] = int(value.split()[0])
-    return figures["Rss"], figures["Private_Clean"] + figures["Private_Dirty"]
 
 
 def main():

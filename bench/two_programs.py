@@ -14,12 +14,15 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "tests" / "desk"))
 tempfile.tempdir = "/dev/shm"
-BEFORE, NOW = (Path(word).resolve() for word in sys.argv[1:3])
+if len(sys.argv) != 3:
+    sys.exit(__doc__)
+BEFORE, NOW = (Path(word).resolve() for word in sys.argv[1:])
 os.environ.setdefault("TELLAXISD", str(NOW))
 os.environ.setdefault("TELLAXIS_TOOLS", str(NOW.parent.parent.parent / "tools"))
 
 import fiscal_driver  # noqa: E402  (the harness reads the environment)
 from harness import Desk  # noqa: E402
+from process_figures import processor_time, wake_ups  # noqa: E402
 
 ROUNDS = 15
 INTERVAL = 0.01
@@ -28,24 +31,15 @@ PASSES, JOBS = 20, 100
 RECEIPT = b"x" * 2048
 
 
-def processor_time(pid):
-    """In microseconds."""
-    return int(Path(f"/proc/{pid}/schedstat").read_text().split()[0]) / 1e3
-
-
-def wake_ups(pid):
-    words = dict(line.split(":", 1) for line in Path(f"/proc/{pid}/status").read_text().splitlines())
-    return int(words["voluntary_ctxt_switches"])
-
-
-def idle_tick(desk, pid):
+def idle_tick(pid):
+    """In seconds of a processor."""
     before, woken = processor_time(pid), wake_ups(pid)
     time.sleep(IDLE_SECONDS)
     return (processor_time(pid) - before) / (wake_ups(pid) - woken)
 
 
 def job(desk, pid, tick):
-    """What a job costs beyond the ticks that pass meanwhile."""
+    """What a job costs beyond the ticks that pass meanwhile, in seconds of a processor."""
     spent = 0
     for _ in range(PASSES):
         ready = desk.main / "ready"
@@ -72,7 +66,7 @@ def measured(program):
         running.wait_until_ready()
         pid = running.process.pid
         time.sleep(3)  # folders that rest
-        tick = idle_tick(desk, pid)
+        tick = idle_tick(pid)
         return tick, job(desk, pid, tick)
     finally:
         desk.close()
@@ -80,7 +74,7 @@ def measured(program):
 
 def said(rounds):
     quarter = statistics.quantiles(rounds, n=4)
-    return f"{statistics.median(rounds):.1f} us (half of the rounds {quarter[0]:.1f} to {quarter[2]:.1f})"
+    return f"{1e6 * statistics.median(rounds):.1f} us (half of the rounds {1e6 * quarter[0]:.1f} to {1e6 * quarter[2]:.1f})"
 
 
 def main():

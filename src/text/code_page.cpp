@@ -23,6 +23,7 @@ std::optional<char> byteOf(char32_t character) {
   return static_cast<char>(0x80 + (found - upperControls.begin()));
 }
 
+/// Without an early end, so that many letters are taken at once.
 bool isAscii(std::string_view text) {
   unsigned bits = 0;
   for (const char c : text) bits |= static_cast<std::uint8_t>(c);

@@ -3,10 +3,10 @@
 import threading
 import time
 import unittest
-from pathlib import Path
 
 import fiscal_driver
 from harness import ON_WINDOWS, Scenario, wait_for
+from process_figures import wake_ups
 
 SLOW = 5.0  # seconds between two ticks: what comes sooner was not brought by a tick
 
@@ -84,14 +84,6 @@ class Prompt(Scenario):
         self.desk.drop("scontrino.txt", "uno")
         wait_for(lambda: len(fiscal_driver.receipts(self.desk)) == 1 and not self.desk.jobs("IN"), "the job done")
         self.assertLess(time.monotonic() - begun, 5, "MF_Ritardo is 10 s")
-
-
-def wake_ups(pid):
-    """How often the threads of a process have gone to sleep so far."""
-    counted = 0
-    for status in Path(f"/proc/{pid}/task").glob("*/status"):
-        counted += int(status.read_text().split("voluntary_ctxt_switches:", 1)[1].split()[0])
-    return counted
 
 
 @unittest.skipIf(ON_WINDOWS, "the count is that of Linux")

@@ -1,20 +1,19 @@
 // Failed moves: the facts of a file and of its two folders.
 #include "platform/linux/files/failed_moves.h"
 
+#include "platform/linux/kernel/same_time.h"
+
 namespace tellaxis::platform {
 
 namespace {
 
 constexpr std::size_t mostFailed = 1000;
 
-bool same(const timespec& one, const timespec& other) {
-  return one.tv_sec == other.tv_sec && one.tv_nsec == other.tv_nsec;
-}
-
 }  // namespace
 
 bool FailedMoves::Facts::operator==(const Facts& other) const {
-  return inode == other.inode && size == other.size && same(written, other.written) && same(changed, other.changed);
+  return inode == other.inode && size == other.size && sameTime(written, other.written) &&
+         sameTime(changed, other.changed);
 }
 
 FailedMoves::Facts FailedMoves::factsOf(const Descriptor& opened) {

@@ -12,6 +12,7 @@
 
 #include "platform/linux/files/file_name.h"
 #include "platform/linux/files/folder.h"
+#include "platform/linux/kernel/same_time.h"
 #include "text/letter_case.h"
 
 namespace tellaxis::platform {
@@ -100,7 +101,7 @@ FolderNames::Kept* FolderNames::kept(const std::string& folder) {
   struct stat status {};
   Kept& known = found->second;
   if (::stat(folder.c_str(), &status) == 0 && status.st_dev == known.device && status.st_ino == known.inode &&
-      status.st_ctim.tv_sec == known.changed.tv_sec && status.st_ctim.tv_nsec == known.changed.tv_nsec) {
+      sameTime(status.st_ctim, known.changed)) {
     known.lastUse = ++uses_;
     return &known;
   }

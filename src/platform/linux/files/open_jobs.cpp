@@ -1,4 +1,4 @@
-// Open jobs: a lease and a look at the path before each use.
+// Open jobs: a lease and a look at the file before each use.
 #include "platform/linux/files/open_jobs.h"
 
 #include <fcntl.h>
@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <utility>
+
+#include "platform/linux/kernel/same_time.h"
 
 namespace tellaxis::platform {
 
@@ -41,8 +43,7 @@ void OpenJobs::keep(const std::string& path, Descriptor file) {
 bool OpenJobs::isUnchanged(const Job& job) {
   struct stat status {};
   return ::fstat(job.file.number(), &status) == 0 && status.st_nlink == job.names &&
-         status.st_ctim.tv_sec == job.changed.tv_sec && status.st_ctim.tv_nsec == job.changed.tv_nsec &&
-         isLeased(job.file);
+         sameTime(status.st_ctim, job.changed) && isLeased(job.file);
 }
 
 Descriptor OpenJobs::take(const std::string& path) {

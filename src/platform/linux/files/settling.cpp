@@ -1,6 +1,8 @@
 // Settling: one look a file, begun anew when the file has changed.
 #include "platform/linux/files/settling.h"
 
+#include "platform/linux/kernel/same_time.h"
+
 namespace tellaxis::platform {
 
 namespace {
@@ -15,8 +17,7 @@ bool Settling::isSettled(const std::string& path, const struct stat& status) {
   const Moment now = std::chrono::steady_clock::now();
   makeRoom(now);
   Look& look = looks_[path];
-  const bool same = look.last != Moment() && look.size == status.st_size &&
-                    look.changed.tv_sec == status.st_mtim.tv_sec && look.changed.tv_nsec == status.st_mtim.tv_nsec;
+  const bool same = look.last != Moment() && look.size == status.st_size && sameTime(look.changed, status.st_mtim);
   if (!same) look = {.size = status.st_size, .changed = status.st_mtim, .since = now, .last = now};
   look.last = now;
   return now - look.since >= time;

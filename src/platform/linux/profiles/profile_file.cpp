@@ -7,6 +7,7 @@
 
 #include <cerrno>
 
+#include "platform/linux/kernel/same_time.h"
 #include "platform/linux/kernel/uninterrupted.h"
 
 namespace tellaxis::platform {
@@ -25,10 +26,6 @@ bool lockedElsewhere(int file) {
   if (flock(file, LOCK_SH | LOCK_NB) != 0) return errno == EWOULDBLOCK;
   flock(file, LOCK_UN);
   return false;
-}
-
-bool sameTime(const timespec& one, const timespec& other) {
-  return one.tv_sec == other.tv_sec && one.tv_nsec == other.tv_nsec;
 }
 
 }  // namespace

@@ -35,7 +35,16 @@ constexpr int guardModules = 3;
 constexpr int halfModules = 42;
 constexpr int middleModules = 5;
 
+struct ExtentOf {
+  Extent operator()(const PlacedText& text) const { return {text.y - text.height / 2, text.y + text.height * 1.5}; }
+  Extent operator()(const PlacedBar& bar) const { return {bar.y - 1, bar.y + bar.height + 1}; }
+  Extent operator()(const PlacedPicture& picture) const { return {picture.y - 1, picture.y + picture.height + 1}; }
+  Extent operator()(const PlacedCut& cut) const { return {cut.y - 2, cut.y + 2}; }
+};
+
 }  // namespace
+
+Extent extentOf(const Placed& item) { return std::visit(ExtentOf(), item); }
 
 PageLayout::PageLayout(const Paper& paper, TypefaceMeasures& typefaces, BitmapReader readBitmap, PageTaker takePage)
     : paper_(paper), typefaces_(typefaces), readBitmap_(std::move(readBitmap)), takePage_(std::move(takePage)) {

@@ -53,6 +53,15 @@ struct PlacedCut {
 
 using Placed = std::variant<PlacedText, PlacedBar, PlacedPicture, PlacedCut>;
 
+/// From where to where on the page an item may reach.
+struct Extent {
+  double top = 0;
+  double bottom = 0;
+};
+
+/// The vertical extent of an item, generously: letters may stand out of their cells, and edges take a dot more.
+Extent extentOf(const Placed& item);
+
 /// One page with all that stands on it.
 struct Page {
   double width = 0;

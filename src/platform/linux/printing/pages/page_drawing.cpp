@@ -104,21 +104,6 @@ void Drawing::operator()(const PlacedCut& cut) const {
   cairo_restore(cairo);
 }
 
-/// The vertical extent of an item, generously.
-std::pair<double, double> extentOf(const Placed& item) {
-  struct Extent {
-    std::pair<double, double> operator()(const PlacedText& text) const {
-      return {text.y - text.height / 2, text.y + text.height * 1.5};
-    }
-    std::pair<double, double> operator()(const PlacedBar& bar) const { return {bar.y, bar.y + bar.height}; }
-    std::pair<double, double> operator()(const PlacedPicture& picture) const {
-      return {picture.y - 1, picture.y + picture.height + 1};
-    }
-    std::pair<double, double> operator()(const PlacedCut& cut) const { return {cut.y - 2, cut.y + 2}; }
-  };
-  return std::visit(Extent(), item);
-}
-
 void drawRows(cairo_t* cairo, const Page& page, Typefaces& typefaces, double top, double bottom) {
   cairo_set_source_rgb(cairo, 1, 1, 1);
   cairo_paint(cairo);

@@ -146,24 +146,11 @@ bool Drawing::operator()(const PlacedCut& cut) const {
   return true;
 }
 
-struct Extent {
-  double top;
-  double bottom;
-};
-
-/// The vertical extent of an item, generously.
-struct ExtentOf {
-  Extent operator()(const PlacedText& text) const { return {text.y - text.height / 2, text.y + text.height * 1.5}; }
-  Extent operator()(const PlacedBar& bar) const { return {bar.y - 1, bar.y + bar.height + 1}; }
-  Extent operator()(const PlacedPicture& picture) const { return {picture.y - 1, picture.y + picture.height + 1}; }
-  Extent operator()(const PlacedCut& cut) const { return {cut.y - cutThickness, cut.y + cutThickness}; }
-};
-
 bool drawStrip(const Strip& strip, int top, const Page& page, GdiTypefaces& typefaces) {
   strip.begin(top);
   const Drawing drawing{strip.context(), page, typefaces};
   return std::ranges::all_of(page.items, [&](const Placed& item) {
-    const Extent extent = std::visit(ExtentOf(), item);
+    const Extent extent = extentOf(item);
     return extent.top >= top + stripRows || extent.bottom <= top || std::visit(drawing, item);
   });
 }
