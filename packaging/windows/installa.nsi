@@ -54,6 +54,37 @@ Function startProgram
   !insertmacro START
 FunctionEnd
 
+; Ends with the reason. A copy that has been ended serves the folder again.
+!macro GIVE_UP failure reason
+  ${If} $WasRunning == 1
+    !insertmacro START
+  ${EndIf}
+  MessageBox MB_OK|MB_ICONSTOP "${reason}" /SD IDOK
+  SetErrorLevel 3
+  ${failure}
+!macroend
+
+; Waits until nothing holds the program, an operation of the calendar or the copy that is just ending: a file in use
+; would stay as it is, and unasked nobody would be told. After half a minute nothing is changed.
+!macro WAIT_FOR program failure
+  ${If} ${FileExists} "$INSTDIR\${program}"
+    StrCpy $1 0
+    ${Do}
+      ClearErrors
+      FileOpen $0 "$INSTDIR\${program}" a
+      ${IfNot} ${Errors}
+        FileClose $0
+        ${ExitDo}
+      ${EndIf}
+      ${If} $1 == 60
+        !insertmacro GIVE_UP ${failure} "${program} è in uso: attendere che finisca, o chiuderlo, e riprovare."
+      ${EndIf}
+      Sleep 500
+      IntOp $1 $1 + 1
+    ${Loop}
+  ${EndIf}
+!macroend
+
 ; Asks the copy that serves the folder to end. It finishes its job first; two minutes later it is given up.
 !macro END_COPY failure
   StrCpy $WasRunning 0
@@ -61,14 +92,12 @@ FunctionEnd
     ExecWait '"$INSTDIR\Tellaxis.exe" --esci' $0
     ${If} $0 == 0
       StrCpy $WasRunning 1
-      ; The lock is free a moment before the file is.
-      Sleep 500
     ${ElseIf} $0 != 4
-      MessageBox MB_OK|MB_ICONSTOP "Tellaxis è in funzione e non si chiude: chiuderlo a mano e riprovare." /SD IDOK
-      SetErrorLevel 3
-      ${failure}
+      !insertmacro GIVE_UP ${failure} "Tellaxis è in funzione e non si chiude: chiuderlo a mano e riprovare."
     ${EndIf}
   ${EndIf}
+  !insertmacro WAIT_FOR Tellaxis.exe ${failure}
+  !insertmacro WAIT_FOR tellaxisd.exe ${failure}
 !macroend
 
 Section "Tellaxis" programs
@@ -76,7 +105,11 @@ Section "Tellaxis" programs
   SetShellVarContext all
   SetOutPath "$INSTDIR"
   !insertmacro END_COPY Abort
+  ClearErrors
   File /r "${CONTENTS}/*.*"
+  ${If} ${Errors}
+    !insertmacro GIVE_UP Abort "Non tutti i file si sono potuti scrivere in $INSTDIR: riprovare."
+  ${EndIf}
   ; Whoever uses the desk writes jobs and settings here: the group Users, whatever it is called, and on XP by its name.
   nsExec::Exec 'icacls "$INSTDIR" /grant "*S-1-5-32-545:(OI)(CI)M"'
   Pop $0

@@ -4,7 +4,9 @@ import os
 import re
 import shutil
 import subprocess
+import time
 import unittest
+from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
 from harness import EMULATOR, wait_for
@@ -37,8 +39,8 @@ class Installer(VersionedDesk):
         shutil.copy(INSTALLERS / f"tellaxis-{version}-installa.exe", self.desk.c("tellaxis-installa.exe"))
         return "C:\\tellaxis-installa.exe"
 
-    def install(self, version, *options):
-        self.assertEqual(self.run_to_end(self.installer(version), "/S", *options, "/D=C:\\Tellaxis"), 0)
+    def install(self, version, *options, status=0):
+        self.assertEqual(self.run_to_end(self.installer(version), "/S", *options, "/D=C:\\Tellaxis"), status)
 
     def registered(self, value, key=LIST_OF_PROGRAMS):
         """What Windows' list of programs, or another key, says of this one; None where it is not in it."""
@@ -82,8 +84,8 @@ class Installer(VersionedDesk):
         self.assertEqual(self.registered("DisplayVersion"), "0.1.1")
         self.assertEqual((self.folder / "devices.toml").read_bytes(), devices)
         # The copy that the installer has started: nobody else would store its start, refuse a second copy, or print.
-        self.wait_for_start(self.folder)
-        self.assertEqual((self.folder / "_Tellaxis.ini").read_bytes(), settings)
+        # It stores one value after the other.
+        wait_for(lambda: (self.folder / "_Tellaxis.ini").read_bytes() == settings, "the settings as they were", 90)
         self.assertEqual(self.run_to_end("C:\\Tellaxis\\tellaxisd.exe"), 3)
         self.print_one(self.folder)
 
@@ -131,6 +133,44 @@ class Installer(VersionedDesk):
         self.assertEqual(running.wait(30), 0)
         self.assertEqual(len(list(self.desk.c("MF\\scontrini").rglob("*.txt"))), 1, "the driver had its whole time")
         self.assertEqual(list((self.folder / "IN").iterdir()), [])
+
+    def other_desk(self):
+        """A copy of the installed program without a window that serves another folder."""
+        other = self.desk.c("Altra")
+        other.mkdir()
+        self.configure(other)
+        program = ("C:\\Tellaxis\\tellaxisd.exe", "--main-folder", "C:\\Altra")
+        running = subprocess.Popen([*EMULATOR, *program], env=self.environment, **NOWHERE)
+        self.addCleanup(running.wait)
+        self.addCleanup(self.run_to_end, *program, "--esci")
+        self.wait_for_start(other)
+        return running, program
+
+    def test_a_program_in_use_is_waited_for(self):
+        self.install("0.1.0")
+        installed = self.folder / "tellaxisd.exe"
+        os.utime(installed, ns=(1, 1))
+        running, program = self.other_desk()
+        with ThreadPoolExecutor() as threads:
+            installing = threads.submit(self.install, "0.1.1")
+            time.sleep(5)
+            self.assertFalse(installing.done())
+            self.assertEqual(installed.stat().st_mtime_ns, 1)
+            self.assertEqual(self.run_to_end(*program, "--esci"), 0)
+            installing.result()
+        self.assertEqual(running.wait(30), 0)
+        self.assertNotEqual(installed.stat().st_mtime_ns, 1, "another one has taken its place")
+        self.assertEqual(self.registered("DisplayVersion"), "0.1.1")
+
+    def test_a_program_that_stays_in_use_is_left_and_the_desk_goes_on(self):
+        self.install("0.1.0")
+        self.start()
+        self.before_start(self.folder)
+        self.other_desk()
+        self.install("0.1.1", status=3)
+        self.assertEqual(self.registered("DisplayVersion"), "0.1.0")
+        self.wait_for_start(self.folder)
+        self.print_one(self.folder)
 
     def test_the_scheduled_operations_are_called_without_a_console(self):
         self.install("0.1.0")
