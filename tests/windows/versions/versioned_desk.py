@@ -31,9 +31,9 @@ class VersionedDesk(Scenario):
         (folder / "_Tellaxis.ini").write_text(SETTINGS, newline="")
 
     def before_start(self, folder):
-        """Makes the next start show its end in the settings file; a copy that runs does not look there."""
+        """Makes the next start show its end in the settings file; a copy that runs does not look at this key, but at others."""
         settings = folder / "_Tellaxis.ini"
-        settings.write_bytes(settings.read_bytes().replace(STARTED, NOT_STARTED))
+        self.desk.write_whole(settings, settings.read_bytes().replace(STARTED, NOT_STARTED))
 
     def wait_for_start(self, folder):
         """Until start-up is over: what is dropped before it is discarded."""
