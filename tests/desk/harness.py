@@ -130,7 +130,11 @@ class Desk:
     def read_settings(self):
         if not self.settings_file.exists():
             return {}
-        lines = self.settings_file.read_bytes().decode("cp1252").splitlines()
+        text = self.settings_file.read_bytes()
+        if ON_WINDOWS and not text:  # Wine empties the file before it writes it anew.
+            time.sleep(0.1)
+            text = self.settings_file.read_bytes()
+        lines = text.decode("cp1252").splitlines()
         return dict(line.split("=", 1) for line in lines if "=" in line)
 
     def c(self, path):
