@@ -12,10 +12,12 @@ from pathlib import Path
 import warnings
 
 import pyatspi
+from gi.repository import GLib
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "desk"))
 
-from harness import Desk, wait_for  # noqa: E402
+import harness  # noqa: E402
+from harness import Desk  # noqa: E402
 
 warnings.filterwarnings("ignore", category=DeprecationWarning)
 
@@ -26,6 +28,18 @@ FONT = os.environ.get("FONT")
 
 def run(*words):
     return subprocess.run(words, check=True, capture_output=True, text=True).stdout.strip()
+
+
+def wait_for(condition, what, seconds=15):
+    """Waits as the harness does; what goes away while it is looked at is looked for again."""
+
+    def holds():
+        try:
+            return condition()
+        except GLib.GError:
+            return False
+
+    harness.wait_for(holds, what, seconds)
 
 
 class Window:

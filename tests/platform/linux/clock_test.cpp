@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <pthread.h>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <ctime>
@@ -36,10 +37,15 @@ TEST(LinuxClock, TellsTheLocalTime) {
 
 TEST(LinuxClock, CountsFractionsOfAMillisecond) {
   LinuxClock clock;
-  const double start = clock.secondsSinceMidnight();
-  double now = start;
-  while (now == start) now = clock.secondsSinceMidnight();
-  EXPECT_LT(now - start, 0.001) << "apart from midnight";
+  // The smallest of many steps: the processor may have been somebody else's in any one of them.
+  double smallest = 1;
+  for (int step = 0; step < 1000; ++step) {
+    const double start = clock.secondsSinceMidnight();
+    double now = start;
+    while (now == start) now = clock.secondsSinceMidnight();
+    if (now > start) smallest = std::min(smallest, now - start);
+  }
+  EXPECT_LT(smallest, 0.001);
 }
 
 TEST(LinuxClock, SleepsForTheTimeGivenAndNoLonger) {

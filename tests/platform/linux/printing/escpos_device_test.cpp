@@ -132,7 +132,7 @@ TEST_F(EscPosDevice, APrinterThatNeverReadsIsAFailedStepAfterItsTimeAndGetsTheDo
   EXPECT_FALSE(send(*channel, longDocument()));
   const auto took = steady_clock::now() - begin;
   EXPECT_GE(took, 300ms);
-  EXPECT_LT(took, 3s);
+  EXPECT_LT(took, 10s);
   EXPECT_EQ(printer.connections(), 1);
   EXPECT_THAT(trace.lines, ElementsAre(HasSubstr("la stampante non accetta dati")));
 }
@@ -223,7 +223,7 @@ TEST_F(EscPosDevice, APrinterThatIsOffIsGivenUpAfterTwoSeconds) {
   EXPECT_FALSE(send(*openNetworkChannel("127.0.0.1", ntohs(address.sin_port), trace), "a"));
   const auto took = steady_clock::now() - begin;
   EXPECT_GE(took, 1900ms);
-  EXPECT_LT(took, 4s);
+  EXPECT_LT(took, 10s);
   EXPECT_THAT(trace.lines, ElementsAre(HasSubstr("la stampante non risponde")));
   close(first);
   close(listener);
