@@ -93,7 +93,6 @@ class Routing(Scenario):
         wait_for(lambda: self.desk.c("MF\\in.txt").exists(), "the job handed over")
         self.assertEqual(self.desk.c("MF\\in.txt").read_text(), "nuovo")
 
-    @unittest.skipIf(ON_WINDOWS, "inode numbers are Linux'")
     def test_an_idle_bridge_never_writes_its_settings_file(self):
         self.desk.start()
         before = self.desk.settings_file.stat()

@@ -1,7 +1,10 @@
 // Profiles of Windows: keys read and written by GetPrivateProfileStringA and WritePrivateProfileStringA.
 #include "platform/windows/profiles.h"
 
+#include <algorithm>
+
 #include "platform/windows/kernel/native.h"
+#include "text/letter_case.h"
 
 namespace tellaxis::platform {
 
@@ -17,6 +20,24 @@ class OptionalText {
   bool present_;
   std::string text_;
 };
+
+/// The most that the system gives of a section.
+constexpr DWORD longestSection = 32'767;
+
+/// Whether the first line of this key says the value, byte for byte. Of a section that is too long nothing is known.
+bool alreadySays(const std::string& section, std::string_view key, std::string_view value, const std::string& file) {
+  std::string lines(longestSection, '\0');
+  const DWORD length = GetPrivateProfileSectionA(section.c_str(), lines.data(), longestSection, file.c_str());
+  if (length >= longestSection - 2) return false;
+  std::string_view rest(lines.data(), length);
+  while (!rest.empty()) {
+    const std::string_view line = rest.substr(0, rest.find('\0'));
+    if (line.size() > key.size() && line[key.size()] == '=' && equalIgnoringCase(line.substr(0, key.size()), key))
+      return line.substr(key.size() + 1) == value;
+    rest.remove_prefix(std::min(line.size() + 1, rest.size()));
+  }
+  return false;
+}
 
 }  // namespace
 
@@ -37,6 +58,9 @@ bool WindowsProfiles::write(std::optional<std::string_view> section, std::option
   if (file.empty()) return failed(trace_, "WritePrivateProfileString", file, "manca il nome del file");
   // The system takes an absent section for a request to empty its cache.
   if (!section) return failed(trace_, "WritePrivateProfileString", file, "manca la sezione");
+  // Each write puts the whole file on the disk in place, and a desk at rest stores its gates at every tick: a power cut
+  // would sooner or later meet one.
+  if (key && value && alreadySays(std::string(*section), *key, *value, std::string(file))) return true;
   return WritePrivateProfileStringA(OptionalText(section).get(), OptionalText(key).get(), OptionalText(value).get(),
                                     std::string(file).c_str()) != 0 ||
          failed(trace_, "WritePrivateProfileString", file);
