@@ -36,7 +36,9 @@ def wait_for(condition, what, seconds=15):
     def holds():
         try:
             return condition()
-        except GLib.GError:
+        except GLib.GError as error:
+            if "does not exist" not in error.message:
+                raise
             return False
 
     harness.wait_for(holds, what, seconds)

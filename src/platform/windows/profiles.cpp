@@ -58,8 +58,8 @@ bool WindowsProfiles::write(std::optional<std::string_view> section, std::option
   if (file.empty()) return failed(trace_, "WritePrivateProfileString", file, "manca il nome del file");
   // The system takes an absent section for a request to empty its cache.
   if (!section) return failed(trace_, "WritePrivateProfileString", file, "manca la sezione");
-  // Each write puts the whole file on the disk in place, and a desk at rest stores its gates at every tick: a power cut
-  // would sooner or later meet one.
+  // A desk at rest stores its gates at every tick. Nowhere is it said that the system leaves a file alone that says so
+  // already, and it writes in place: sooner or later a power cut would meet it.
   if (key && value && alreadySays(std::string(*section), *key, *value, std::string(file))) return true;
   return WritePrivateProfileStringA(OptionalText(section).get(), OptionalText(key).get(), OptionalText(value).get(),
                                     std::string(file).c_str()) != 0 ||

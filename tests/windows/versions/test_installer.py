@@ -55,11 +55,23 @@ class Installer(VersionedDesk):
     def start(self):
         if not (self.folder / "_Tellaxis.ini").exists():
             self.configure(self.folder)
-        started = subprocess.Popen([*EMULATOR, "C:\\Tellaxis\\Tellaxis.exe"], env=self.environment, **NOWHERE)
+        return self.start_on(self.folder, "C:\\Tellaxis\\Tellaxis.exe")
+
+    def start_on(self, folder, *program):
+        """The program, serving the folder; it ends with the scenario at the latest."""
+        started = subprocess.Popen([*EMULATOR, *program], env=self.environment, **NOWHERE)
         self.addCleanup(started.wait)
-        self.addCleanup(self.run_to_end, "C:\\Tellaxis\\Tellaxis.exe", "--esci")
-        self.wait_for_start(self.folder)
+        self.addCleanup(self.run_to_end, *program, "--esci")
+        self.wait_for_start(folder)
         return started
+
+    def hold_program(self):
+        """The installed program without a window, serving another folder, and its command."""
+        other = self.desk.c("Altra")
+        other.mkdir()
+        self.configure(other)
+        program = ("C:\\Tellaxis\\tellaxisd.exe", "--main-folder", "C:\\Altra")
+        return self.start_on(other, *program), program
 
     def test_installs_prints_upgrades_over_a_running_copy_and_goes(self):
         self.install("0.1.0")
@@ -134,23 +146,11 @@ class Installer(VersionedDesk):
         self.assertEqual(len(list(self.desk.c("MF\\scontrini").rglob("*.txt"))), 1, "the driver had its whole time")
         self.assertEqual(list((self.folder / "IN").iterdir()), [])
 
-    def other_desk(self):
-        """A copy of the installed program without a window that serves another folder."""
-        other = self.desk.c("Altra")
-        other.mkdir()
-        self.configure(other)
-        program = ("C:\\Tellaxis\\tellaxisd.exe", "--main-folder", "C:\\Altra")
-        running = subprocess.Popen([*EMULATOR, *program], env=self.environment, **NOWHERE)
-        self.addCleanup(running.wait)
-        self.addCleanup(self.run_to_end, *program, "--esci")
-        self.wait_for_start(other)
-        return running, program
-
     def test_a_program_in_use_is_waited_for(self):
         self.install("0.1.0")
         installed = self.folder / "tellaxisd.exe"
         os.utime(installed, ns=(1, 1))
-        running, program = self.other_desk()
+        running, program = self.hold_program()
         with ThreadPoolExecutor() as threads:
             installing = threads.submit(self.install, "0.1.1")
             time.sleep(5)
@@ -166,9 +166,19 @@ class Installer(VersionedDesk):
         self.install("0.1.0")
         self.start()
         self.before_start(self.folder)
-        self.other_desk()
+        self.hold_program()
         self.install("0.1.1", status=3)
         self.assertEqual(self.registered("DisplayVersion"), "0.1.0")
+        self.wait_for_start(self.folder)
+        self.print_one(self.folder)
+
+    def test_a_file_that_cannot_be_written_is_said_and_the_desk_goes_on(self):
+        self.install("0.1.0")
+        (self.folder / "guida.html").unlink()
+        (self.folder / "guida.html").mkdir()
+        self.start()
+        self.before_start(self.folder)
+        self.install("0.1.1", status=3)
         self.wait_for_start(self.folder)
         self.print_one(self.folder)
 
